@@ -1,0 +1,44 @@
+# What the library, its program and its tests are built from. scripts/setup provides all of it; packages installed in any
+# other way are found just as well through CMAKE_PREFIX_PATH. docs/dependencies.md says why these, and why linked so.
+
+set(THREADS_PREFER_PTHREAD_FLAG ON)
+find_package(Threads REQUIRED)
+find_package(TBB CONFIG REQUIRED) # TBB::tbb
+
+# ---- mimalloc: static only, because it has to stay a private heap ----
+find_package(mimalloc CONFIG REQUIRED) # mimalloc-static
+if(NOT TARGET mimalloc-static)
+  message(FATAL_ERROR
+    "The mimalloc in ${mimalloc_DIR} is a shared library only. Shared ones usually export malloc, free and operator new, and "
+    "would take over the heap of every program that loads this library. Build it static with MI_OVERRIDE=OFF and "
+    "MI_USE_CXX=ON (scripts/setup does), and name its prefix in CMAKE_PREFIX_PATH.")
+endif()
+
+# Compiled as C, mi_new aborts the process where it should throw std::bad_alloc. One look into the archive tells.
+get_target_property(mimalloc_archive mimalloc-static LOCATION)
+file(STRINGS "${mimalloc_archive}" mimalloc_throws REGEX "bad_alloc" LIMIT_COUNT 1)
+if(NOT mimalloc_throws)
+  message(WARNING
+    "${mimalloc_archive} seems to be compiled as C: running out of memory would then abort the process. "
+    "Build mimalloc with MI_USE_CXX=ON.")
+endif()
+
+# mimalloc runs code when a thread ends. Were the library unloaded before its caller's threads (TBB's live on, for one), that
+# code would be gone and the process crash; so once loaded it stays. On Windows mimalloc takes its hook out by itself.
+target_link_options(mimalloc-static INTERFACE $<$<PLATFORM_ID:Linux>:LINKER:-z,nodelete>)
+
+# ---- the command-line program ----
+if(ORVA_BUILD_PROGRAM AND NOT TARGET CLI11::CLI11)
+  # Headers only, so looking for the folder does for both platforms; Debian's package file would lead a cross build to /usr.
+  find_path(CLI11_INCLUDE_DIR CLI/CLI.hpp)
+  if(NOT CLI11_INCLUDE_DIR)
+    message(FATAL_ERROR "CLI11's headers are missing: install them, run scripts/setup, or set ORVA_BUILD_PROGRAM=OFF.")
+  endif()
+  add_library(CLI11::CLI11 INTERFACE IMPORTED)
+  target_include_directories(CLI11::CLI11 INTERFACE ${CLI11_INCLUDE_DIR}) # imported: its warnings stay its own
+endif()
+
+# ---- the tests ----
+if(ORVA_BUILD_TESTS)
+  find_package(GTest CONFIG REQUIRED) # GTest::gtest, GTest::gtest_main, GTest::gmock
+endif()
