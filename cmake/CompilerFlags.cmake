@@ -1,0 +1,23 @@
+# Two sets of flags, each written once: orva_arithmetic decides the bits of every result, orva_warnings what we do not let pass.
+# Both are private to our own targets; nothing leaks to consumers.
+
+add_library(orva_arithmetic INTERFACE)
+if(MSVC)
+  # /fp:precise does not contract; /EHs because exceptions pass through our extern "C" functions, which /EHsc assumes away.
+  target_compile_options(orva_arithmetic INTERFACE /fp:precise /EHs)
+else()
+  # No fused multiply-add (Clang's default contracts), no fast-math, no -march beyond x86-64's SSE2: the same bits everywhere.
+  # Without errno, sqrt is the one correctly rounded instruction in every build; MinGW's own sqrt is another one at -O0.
+  # Exceptions pass through extern "C" functions by default with GCC and Clang.
+  target_compile_options(orva_arithmetic INTERFACE -ffp-contract=off -fno-fast-math -fno-math-errno)
+endif()
+
+add_library(orva_warnings INTERFACE)
+if(MSVC)
+  target_compile_options(orva_warnings INTERFACE /W4)
+else()
+  target_compile_options(orva_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+  if(ORVA_WARNINGS_ARE_ERRORS)
+    target_compile_options(orva_warnings INTERFACE -Werror)
+  endif()
+endif()
