@@ -37,7 +37,7 @@ TEST(CRecords, HaveRoomForEveryVertex) {
     MeshD* mesh = orva_meshd_create(3);
     ASSERT_NE(mesh, nullptr);
     EXPECT_EQ(mesh->count, 3);
-    std::memset(mesh->vertices, 1, 3 * 64); // valgrind and the address sanitizer watch the ends
+    std::memset(mesh->vertices, 1, std::size_t{3} * 64); // valgrind and the address sanitizer watch the ends
     orva_meshd_destroy(mesh);
 
     MeshF* single = orva_meshf_create(4);

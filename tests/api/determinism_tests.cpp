@@ -30,14 +30,17 @@ Mesh randomMesh(Random& random) {
     }
     case 2:
         return turned(box(point(0.5), {0.7, 0.8, 0.9}), random);
-    case 3:
-        return moved(turned(icosphere(random.integer(0, 2), {0, 0, 0}, random.uniform(0.4, 1.2)), random), point(0.5));
+    case 3: { // drawn in statements: the order in which arguments are evaluated differs between compilers
+        const int level = random.integer(0, 2);
+        const double radius = random.uniform(0.4, 1.2);
+        const Mesh sphere = turned(icosphere(level, {0, 0, 0}, radius), random);
+        return moved(sphere, point(0.5));
+    }
     case 4:
         return soup(random, random.integer(1, 25));
     case 5: { // a soup with triangles without area
         Mesh mesh = soup(random, 12);
-        for (int i = 0; i < 3; ++i)
-            mesh.vertices[static_cast<std::size_t>(3 * i + 1)] = mesh.vertices[static_cast<std::size_t>(3 * i)];
+        for (std::size_t i = 0; i < 3; ++i) mesh.vertices[3 * i + 1] = mesh.vertices[3 * i];
         return mesh;
     }
     case 6: { // coordinates that overflow, vanish or are none
@@ -74,7 +77,7 @@ std::uint64_t hashOfHeavyNodes() {
 }
 
 // What Linux gave when it was recorded. A change here is a change of results: to be understood, never just accepted.
-constexpr std::uint64_t RECORDED_RANDOM = 410362150443361805U;
+constexpr std::uint64_t RECORDED_RANDOM = 6245221136382295871U;
 constexpr std::uint64_t RECORDED_HEAVY = 12525605208193316199U;
 
 } // namespace

@@ -62,6 +62,24 @@ double windingNumber(const Mesh& mesh, const Vec3& point) {
     return angle / (4 * std::numbers::pi);
 }
 
+int crossingNumber(const Mesh& mesh, const Vec3& point) {
+    int crossings = 0;
+    for (std::size_t i = 0; i + 2 < mesh.vertices.size(); i += 3) {
+        const Vec3 a = minus(mesh.vertices[i].pos, point);
+        const Vec3 b = minus(mesh.vertices[i + 1].pos, point);
+        const Vec3 c = minus(mesh.vertices[i + 2].pos, point);
+        // The triangle as seen along x, and on which side of each edge the ray passes.
+        const double ab = a.y * b.z - a.z * b.y;
+        const double bc = b.y * c.z - b.z * c.y;
+        const double ca = c.y * a.z - c.z * a.y;
+        const bool frontal = ab > 0 && bc > 0 && ca > 0;
+        if (!frontal && !(ab < 0 && bc < 0 && ca < 0)) continue;
+        const double x = (a.x * bc + b.x * ca + c.x * ab) / (ab + bc + ca);
+        if (x > 0) crossings += frontal ? 1 : -1;
+    }
+    return crossings;
+}
+
 double distanceTo(const Mesh& mesh, const Vec3& point) {
     double nearest = std::numeric_limits<double>::infinity();
     for (std::size_t i = 0; i + 2 < mesh.vertices.size(); i += 3) {

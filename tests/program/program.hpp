@@ -1,0 +1,49 @@
+// The program as a child process, and a folder of its own for each test.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace orva::program {
+
+struct Outcome {
+    int exitCode = -1;
+    std::string output; ///< stdout; lines end in \n on every platform
+    std::string errors; ///< stderr
+};
+
+class ProgramTest : public testing::Test {
+protected:
+    ProgramTest();
+    ~ProgramTest() override;
+
+    // The name, in UTF-8, of a file in the test's folder.
+    std::string file(const std::string& name) const;
+    // The same, with that content.
+    std::string file(const std::string& name, const std::string& content) const;
+
+    static std::string contentOf(const std::string& file);
+
+    // The names in the test's folder, sorted.
+    std::vector<std::string> files() const;
+
+    // Runs the program.
+    Outcome orva(const std::vector<std::string>& arguments) const;
+
+#ifndef _WIN32
+    // Runs the program by /bin/sh after `preparation`, which sets limits.
+    Outcome orvaAfter(const std::string& preparation, const std::vector<std::string>& arguments) const;
+#endif
+
+private:
+    std::filesystem::path folder;
+    std::filesystem::path streams; // where stdout and stderr go
+};
+
+// The run failed with that code and that one line, which stands here without "orva: ".
+void expectFailure(const Outcome& run, int exitCode, const std::string& line);
+
+} // namespace orva::program

@@ -1,0 +1,68 @@
+// The command line: help, version, and what it does not take.
+#include "program.hpp"
+
+namespace orva::program {
+namespace {
+
+using Usage = ProgramTest;
+
+TEST_F(Usage, Version) {
+    const Outcome run = orva({"--version"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output, "orva " ORVA_VERSION "\n");
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(Usage, HelpNamesEveryVerb) {
+    const Outcome run = orva({"--help"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.errors, "");
+    for (const char* verb : {"union", "subtract", "intersect", "convert"}) {
+        EXPECT_NE(run.output.find(std::string("\n  ") + verb + " "), std::string::npos) << run.output;
+    }
+}
+
+TEST_F(Usage, HelpOfEveryVerbHasAnExample) {
+    for (const std::string verb : {"union", "subtract", "intersect", "convert"}) {
+        const Outcome run = orva({verb, "--help"});
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_NE(run.output.find("Example:\n  orva " + verb + " "), std::string::npos) << run.output;
+    }
+}
+
+TEST_F(Usage, NoVerb) {
+    const std::string line = "name a verb: union, subtract, intersect, convert; see orva --help";
+    expectFailure(orva({}), 2, line);
+    expectFailure(orva({"add", "a.off", "b.off"}), 2, line);
+    expectFailure(orva({"-z"}), 2, line);
+}
+
+TEST_F(Usage, ArgumentsThatAreMissing) {
+    expectFailure(orva({"union", "a.off", "-o", "c.off"}), 2, "B is required; see orva union --help");
+    expectFailure(orva({"subtract", "a.off", "b.off"}), 2, "--output is required; see orva subtract --help");
+    expectFailure(orva({"convert", "a.off", "-o", "b.off", "--move", "1", "2"}), 2,
+                  "--move: 3 required X Y Z missing; see orva convert --help");
+}
+
+TEST_F(Usage, ArgumentsTooMany) {
+    expectFailure(orva({"intersect", "a.off", "b.off", "c.off", "-o", "d.off"}), 2,
+                  "The following argument was not expected: c.off; see orva intersect --help");
+    expectFailure(orva({"convert", "a.off", "-o", "b.off", "--fast"}), 2,
+                  "The following argument was not expected: --fast; see orva convert --help");
+}
+
+TEST_F(Usage, MovesThatAreNoNumbers) {
+    for (const std::string word : {"nan", "inf", "1e999"}) {
+        expectFailure(orva({"convert", "a.off", "-o", "b.off", "--move", "0", word, "0"}), 2,
+                      "--move: " + word + " is not a finite number; see orva convert --help");
+    }
+    EXPECT_EQ(orva({"convert", "a.off", "-o", "b.off", "--move", "0", "5m", "0"}).exitCode, 2);
+}
+
+TEST_F(Usage, QuietAndVerboseAtOnce) {
+    expectFailure(orva({"union", "a.off", "b.off", "-o", "c.off", "-q", "-v"}), 2,
+                  "--quiet excludes --verbose; see orva union --help");
+}
+
+} // namespace
+} // namespace orva::program

@@ -1,0 +1,16 @@
+/// @file
+/// A file into memory.
+#ifndef ORVA_PROGRAM_FILES_INPUT_HPP
+#define ORVA_PROGRAM_FILES_INPUT_HPP
+
+#include <string>
+
+namespace orva::program {
+
+/// All bytes of the file. It is closed again before this returns, so an output may replace it.
+/// Throws Failure (CannotRead).
+std::string readFile(const std::string& name);
+
+} // namespace orva::program
+
+#endif

@@ -1,0 +1,84 @@
+#include "files/output.hpp"
+
+#include "failure.hpp"
+#include "files/name.hpp"
+
+#include <cerrno>
+#include <cstdint>
+#include <fstream>
+#include <random>
+#include <system_error>
+
+namespace orva::program {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void fail(const std::string& name, const std::string& what) {
+    throw Failure(ExitCode::CannotWrite, name + ": " + what);
+}
+
+fs::path folderOf(const fs::path& path) {
+    return path.has_parent_path() ? path.parent_path() : fs::path(".");
+}
+
+// Short, so that a target with the longest name allowed has one too; random, so that two runs do not meet.
+fs::path temporaryBeside(const fs::path& path) {
+    std::random_device random;
+    return folderOf(path) / (".orva-" + std::to_string(random()) + "-" + std::to_string(random()) + ".tmp");
+}
+
+} // namespace
+
+OutputFile prepareOutput(const std::string& name) {
+    OutputFile file{name, pathOf(name)};
+    std::error_code error;
+    if (fs::is_symlink(file.path, error)) {
+        const fs::path behind = fs::canonical(file.path, error);
+        if (!error) file.path = behind;
+    }
+
+    const fs::path folder = folderOf(file.path);
+    if (!fs::is_directory(folder, error)) fail(name, "there is no folder " + nameOf(folder) + "; make it first");
+    const fs::file_status status = fs::status(file.path, error);
+    if (!fs::exists(status)) return file;
+    if (fs::is_directory(status)) fail(name, "this is a folder; name a file in it");
+    if (!fs::is_regular_file(status)) fail(name, "this is no ordinary file; choose another name");
+    constexpr fs::perms write = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    if ((status.permissions() & write) == fs::perms::none) {
+        fail(name, "the file there is write-protected; choose another name or make it writable");
+    }
+    return file;
+}
+
+void writeFile(const OutputFile& file, std::string_view bytes) {
+    const fs::path temporary = temporaryBeside(file.path);
+    std::error_code error;
+
+    errno = 0;
+    std::ofstream stream(temporary, std::ios::binary);
+    if (!stream) {
+        fail(file.name,
+             "cannot write to its folder: " + std::generic_category().message(errno) + "; check its permissions");
+    }
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    stream.close();
+    if (!stream) {
+        const std::string reason = std::generic_category().message(errno);
+        fs::remove(temporary, error);
+        fail(file.name, "writing failed: " + reason + "; nothing was changed, check the space on the disk");
+    }
+
+    const fs::file_status old = fs::status(file.path, error);
+    if (fs::exists(old))
+        fs::permissions(temporary, old.permissions(), error); // the reader's rights stay; if not, no harm
+    fs::rename(temporary, file.path, error);
+    if (error) {
+        const std::string reason = error.message();
+        fs::remove(temporary, error);
+        fail(file.name, "cannot be replaced: " + reason + "; close it in other programs or choose another name");
+    }
+}
+
+} // namespace orva::program

@@ -1,0 +1,34 @@
+/// @file
+/// OFF, as text.
+///
+///     OFF
+///     # a comment reaches to the end of its line
+///     4 2 0            vertices, faces, edges (not used)
+///     0 0 0
+///     1 0 0
+///     1 1 0
+///     0 1 0
+///     3 0 1 2          number of corners, their vertices, counter-clockwise from outside
+///     3 0 2 3 255 0 0  whatever else stands in a face's line is ignored
+///
+/// A double is written with the fewest digits that give the same double again.
+#ifndef ORVA_PROGRAM_FORMATS_OFF_HPP
+#define ORVA_PROGRAM_FORMATS_OFF_HPP
+
+#include "orva/types.hpp"
+
+#include <string>
+#include <string_view>
+
+namespace orva::program {
+
+/// A face of more than three corners becomes a fan around its first corner; one of fewer than three is passed over.
+/// COFF, NOFF and the like are read too: what stands in a vertex's line behind its position is ignored.
+types::Mesh<double> readOff(std::string_view bytes);
+
+/// Corners at equal positions become one vertex. Triangles come in the mesh's order.
+std::string writeOff(const types::Mesh<double>& mesh);
+
+} // namespace orva::program
+
+#endif

@@ -1,0 +1,27 @@
+/// @file
+/// Binary STL.
+///
+///     80 bytes   anything
+///      4 bytes   number of triangles
+///     50 bytes   for each: normal and three corners of three floats, two bytes of attributes; all little-endian
+///
+/// Positions are single precision: a result loses digits here that .off keeps.
+#ifndef ORVA_PROGRAM_FORMATS_STL_HPP
+#define ORVA_PROGRAM_FORMATS_STL_HPP
+
+#include "orva/types.hpp"
+
+#include <string>
+#include <string_view>
+
+namespace orva::program {
+
+/// The normals and attributes in the file are ignored. Text STL is recognised and refused.
+types::Mesh<double> readStl(std::string_view bytes);
+
+/// The normals are computed from the rounded positions, so that they fit what a reader sees.
+std::string writeStl(const types::Mesh<double>& mesh);
+
+} // namespace orva::program
+
+#endif
