@@ -60,6 +60,35 @@ ORVA_API void subtractMesh(types::Mesh<double>& output, const types::Mesh<double
 /// Appends to `output` the boundary of what lies in both a and b.
 ORVA_API void intersectMesh(types::Mesh<double>& output, const types::Mesh<double>& a, const types::Mesh<double>& b);
 
+// ---- One base, many cutters ----
+//
+// Without cutters the output stays as it is, not even the base is appended. A single cutter without a whole triangle
+// empties the result, like any empty operand: leave such cutters out. Which of the three to choose:
+// docs/many-cutters.md.
+
+/// Appends ((base - c0) - c1) - ..., the cutters taken out one after another in list order. The order decides how the
+/// surface is cut, not which solid it bounds.
+ORVA_API void subtractMultiMesh(types::Mesh<double>& output, const types::Mesh<double>& base,
+                                const std::vector<types::Mesh<double>>& cutters);
+
+/// Appends base - (c0 + c1 + ...): first the union of all cutters, merged two at a time in an order that depends on
+/// their number alone, then one difference. One cutter gives exactly what subtractMesh gives.
+ORVA_API void subtractMultiUnionMesh(types::Mesh<double>& output, const types::Mesh<double>& base,
+                                     const std::vector<types::Mesh<double>>& cutters);
+
+/// The same solid with the unions merged side by side on the task scheduler's threads. With one or two cutters the bits
+/// are those of subtractMultiUnionMesh. From three on, which cutters are merged with which depends on which merge ends
+/// first, so the surface can be cut differently from call to call; this is the one exception to "the same bits".
+///
+/// What a host has to know before it chooses this one:
+///  - The calling thread merges nothing itself: the scheduler needs at least one worker thread besides it. With the
+///    scheduler limited to a single thread (tbb::global_control, a one-core machine or container) this call never
+///    returns.
+///  - When memory runs out inside a merge, that merge gives no result, and the call waits for it without end.
+///  - While it waits it does not sleep: it yields its thread and asks again.
+ORVA_API void subtractMultiUnionMeshParallel(types::Mesh<double>& output, const types::Mesh<double>& base,
+                                             const std::vector<types::Mesh<double>>& cutters);
+
 } // namespace orva::bspcsg
 
 #endif

@@ -111,6 +111,28 @@ ORVA_API void orva_bspcsg_subtract_mesh(MeshD* output, const MeshD* a, const Mes
 /** output = what lies in both a and b. */
 ORVA_API void orva_bspcsg_intersect_mesh(MeshD* output, const MeshD* a, const MeshD* b);
 
+/* ---- One base, many cutters ----
+ *
+ * `cutters` is an array of `cutter_count` records, one behind the other. With a null output, base or array, or a count
+ * below 1, nothing is written. An empty cutter empties the result. Writing and ownership as above.
+ */
+
+/** output = ((base - cutters[0]) - cutters[1]) - ... */
+ORVA_API void orva_bspcsg_subtract_multi_mesh(MeshD* output, const MeshD* base, const MeshD* cutters,
+                                              int32_t cutter_count);
+
+/** output = base - (cutters[0] + cutters[1] + ...), the union merged on the calling thread. */
+ORVA_API void orva_bspcsg_subtract_multi_union_mesh(MeshD* output, const MeshD* base, const MeshD* cutters,
+                                                    int32_t cutter_count);
+
+/**
+ * The same solid, the union merged on the task scheduler's threads; from three cutters on its surface can be cut
+ * differently from call to call. It never returns where the scheduler has no worker thread besides the caller, nor when
+ * memory runs out inside a merge.
+ */
+ORVA_API void orva_bspcsg_subtract_multi_union_mesh_parallel(MeshD* output, const MeshD* base, const MeshD* cutters,
+                                                             int32_t cutter_count);
+
 #ifdef __cplusplus
 }
 #endif

@@ -35,4 +35,33 @@ inline constexpr TwoMeshOperation subtract{"subtract", bspcsg::subtractMesh, orv
 inline constexpr TwoMeshOperation intersect{"intersect", bspcsg::intersectMesh, orva_bspcsg_intersect_mesh};
 inline constexpr std::array<TwoMeshOperation, 3> twoMeshOperations{unite, subtract, intersect};
 
+struct BatchOperation {
+    const char* name;
+    void (*cpp)(Mesh& output, const Mesh& base, const std::vector<Mesh>& cutters);
+    void (*c)(MeshD* output, const MeshD* base, const MeshD* cutters, std::int32_t count);
+
+    Mesh operator()(const Mesh& base, const std::vector<Mesh>& cutters) const {
+        Mesh result;
+        cpp(result, base, cutters);
+        return result;
+    }
+    Mesh throughC(const Mesh& base, const std::vector<Mesh>& cutters) const {
+        const MeshD record = viewOf(base);
+        std::vector<MeshD> cutterRecords;
+        for (const Mesh& cutter : cutters) cutterRecords.push_back(viewOf(cutter));
+        MeshD* output = orva_meshd_create(0);
+        c(output, &record, cutterRecords.data(), static_cast<std::int32_t>(cutterRecords.size()));
+        Mesh result = meshOf(*output);
+        orva_meshd_destroy(output);
+        return result;
+    }
+};
+
+inline constexpr BatchOperation subtractInTurn{"in turn", bspcsg::subtractMultiMesh, orva_bspcsg_subtract_multi_mesh};
+inline constexpr BatchOperation subtractUnion{"union", bspcsg::subtractMultiUnionMesh,
+                                              orva_bspcsg_subtract_multi_union_mesh};
+inline constexpr BatchOperation subtractUnionParallel{"parallel union", bspcsg::subtractMultiUnionMeshParallel,
+                                                      orva_bspcsg_subtract_multi_union_mesh_parallel};
+inline constexpr std::array<BatchOperation, 3> batchOperations{subtractInTurn, subtractUnion, subtractUnionParallel};
+
 } // namespace orva::test

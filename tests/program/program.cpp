@@ -45,11 +45,18 @@ int spawn(const std::vector<std::string>& command, const fs::path& output, const
     start.hStdOutput = openForChild(output, GENERIC_WRITE, CREATE_ALWAYS);
     start.hStdError = openForChild(errors, GENERIC_WRITE, CREATE_ALWAYS);
     PROCESS_INFORMATION process{};
-    const BOOL started =
-        CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process);
-    const DWORD error = GetLastError();
+    // note: about one in some thousand processes dies in wine's hands before it begins, which is this error; nothing of
+    // the program has run then.
+    DWORD error = ERROR_INTERNAL_ERROR;
+    for (int attempt = 0; attempt < 3 && error == ERROR_INTERNAL_ERROR; ++attempt) {
+        const BOOL started =
+            CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process);
+        error = started ? ERROR_SUCCESS : GetLastError();
+    }
     for (HANDLE handle : {start.hStdInput, start.hStdOutput, start.hStdError}) CloseHandle(handle);
-    if (!started) throw std::runtime_error("cannot start " + command.front() + ": error " + std::to_string(error));
+    if (error != ERROR_SUCCESS) {
+        throw std::runtime_error("cannot start " + command.front() + ": error " + std::to_string(error));
+    }
     WaitForSingleObject(process.hProcess, INFINITE);
     DWORD exitCode = 0;
     GetExitCodeProcess(process.hProcess, &exitCode);

@@ -46,7 +46,7 @@ TEST_F(Usage, ArgumentsThatAreMissing) {
 
 TEST_F(Usage, ArgumentsTooMany) {
     expectFailure(orva({"intersect", "a.off", "b.off", "c.off", "-o", "d.off"}), 2,
-                  "The following argument was not expected: c.off; see orva intersect --help");
+                  "B: At Most 1 required but received 2; see orva intersect --help");
     expectFailure(orva({"convert", "a.off", "-o", "b.off", "--fast"}), 2,
                   "The following argument was not expected: --fast; see orva convert --help");
 }

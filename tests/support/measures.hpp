@@ -12,7 +12,8 @@ double volume(const Mesh& mesh);
 /// (A. Van Oosterom, J. Strackee: The Solid Angle of a Plane Triangle, 1983.)
 double windingNumber(const Mesh& mesh, const Vec3& point);
 
-/// The same by the signed crossings of a ray along x: an integer, and much faster, but wrong where the ray meets an edge.
+/// The same by the signed crossings of a ray along x: an integer, and much faster, but wrong where the ray meets an
+/// edge.
 int crossingNumber(const Mesh& mesh, const Vec3& point);
 
 /// The distance of a point from the nearest triangle.

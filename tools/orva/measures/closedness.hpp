@@ -18,7 +18,8 @@ namespace orva::program {
 /// either side of it. That puts two corners that should be one 2e-6 apart across one plane, 3.5e-6 where three planes
 /// meet at right angles, and more where they meet at smaller angles. Measured on booleans of three scans and moved
 /// copies of them: the open edges become fewer from 1e-6 to 8e-6 and then stay as many up to 1.5e-5. Those that stay
-/// are triangles as thick as 4e-3 that are missing or there twice, which is for the user to know.
+/// surround slivers up to 4e-3 wide that a cut at a shallow angle left on both of its sides; no tolerance should hide
+/// them.
 inline constexpr double CLOSING_TOLERANCE = 8e-6;
 
 struct Closedness {

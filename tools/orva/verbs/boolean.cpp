@@ -4,6 +4,7 @@
 #include "measures/closedness.hpp"
 #include "measures/volume.hpp"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
@@ -13,11 +14,11 @@ namespace orva::program {
 
 namespace {
 
-using Mesh = types::Mesh<double>;
+using Mesh = Boolean::Mesh;
 
 struct Options {
-    std::string a;
-    std::string b;
+    std::string first;
+    std::vector<std::string> others;
     std::string output;
     bool quiet = false;
     bool verbose = false;
@@ -33,55 +34,69 @@ template <typename... Values> std::string format(const char* pattern, Values... 
     return text.data();
 }
 
-std::string describeMeasures(const Mesh& a, const Mesh& b, const Mesh& result) {
+// The sum of a measure over all the other meshes.
+template <typename Measure> auto total(const std::vector<Mesh>& meshes, Measure measure) {
+    decltype(measure(meshes.front())) sum = 0;
+    for (const Mesh& mesh : meshes) sum += measure(mesh);
+    return sum;
+}
+
+std::string describeMeasures(const Mesh& first, const std::vector<Mesh>& others, const Mesh& result) {
     const Closedness closedness = measureClosedness(result, CLOSING_TOLERANCE);
-    std::string text =
-        format(", volume %.10g + %.10g -> %.10g", signedVolume(a), signedVolume(b), signedVolume(result));
+    std::string text = format(", volume %.10g + %.10g -> %.10g", signedVolume(first), total(others, signedVolume),
+                              signedVolume(result));
     if (closedness.openEdges == 0) return text + format(", closed within %g", CLOSING_TOLERANCE);
     return text + format(", not closed within %g: %zu open edges, gaps up to %.2g", CLOSING_TOLERANCE,
                          closedness.openEdges, closedness.largestGap);
 }
 
-std::string summary(const Boolean& boolean, const Options& options, const Mesh& a, const Mesh& b, const Mesh& result,
-                    double seconds) {
-    std::string text = boolean.verb + format(": %zu + %zu triangles -> %zu", countTriangles(a), countTriangles(b),
-                                             countTriangles(result));
-    if (countTriangles(a) == 0 || countTriangles(b) == 0) {
+std::string summary(const Boolean& boolean, const Options& options, const Mesh& first, const std::vector<Mesh>& others,
+                    const Mesh& result, double seconds) {
+    const auto isEmpty = [](const Mesh& mesh) { return countTriangles(mesh) == 0; };
+    std::string text =
+        boolean.verb + format(": %zu + %zu triangles", countTriangles(first), total(others, countTriangles));
+    if (others.size() > 1) text += format(" in %zu meshes", others.size());
+    text += format(" -> %zu", countTriangles(result));
+    if (isEmpty(first) || std::any_of(others.begin(), others.end(), isEmpty)) {
         text += " (empty, as every result of an empty mesh)";
-    } else if (countTriangles(result) == 0) {
+    } else if (isEmpty(result)) {
         text += " (the result is empty)";
     }
-    if (options.verbose) text += describeMeasures(a, b, result);
+    if (options.verbose) text += describeMeasures(first, others, result);
     return text + format(", %.3f s", seconds);
 }
 
 void run(const Boolean& boolean, const Options& options) {
     // All that can be wrong with the names shows before the first file is read.
-    const Format& formatA = formatOf(options.a);
-    const Format& formatB = formatOf(options.b);
+    const Format& formatFirst = formatOf(options.first);
+    for (const std::string& name : options.others) (void)formatOf(name);
     const Format& formatOutput = formatOf(options.output);
     const OutputFile output = prepareOutput(options.output);
-    const Mesh a = readMesh(formatA, options.a);
-    const Mesh b = readMesh(formatB, options.b);
+    const Mesh first = readMesh(formatFirst, options.first);
+    std::vector<Mesh> others;
+    for (const std::string& name : options.others) others.push_back(readMesh(formatOf(name), name));
 
     Mesh result;
     const auto begin = std::chrono::steady_clock::now();
-    boolean.combine(result, a, b);
+    boolean.combine(result, first, others);
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
 
     const std::string line =
-        options.quiet ? "" : "orva: " + summary(boolean, options, a, b, result, time.count()) + "\n";
+        options.quiet ? "" : "orva: " + summary(boolean, options, first, others, result, time.count()) + "\n";
     writeMesh(formatOutput, output, result);
     std::fputs(line.c_str(), stderr);
 }
 
 } // namespace
 
-void addBoolean(CLI::App& app, const Boolean& boolean) {
+CLI::App* addBoolean(CLI::App& app, const Boolean& boolean) {
     const auto options = std::make_shared<Options>(); // lives as long as the callback below
     CLI::App* verb = app.add_subcommand(boolean.verb, boolean.text);
-    verb->add_option("A", options->a, "first mesh, .off or .stl")->required();
-    verb->add_option("B", options->b, "second mesh")->required();
+    verb->add_option(boolean.first, options->first, "first mesh, .off or .stl")->required();
+    CLI::Option* others =
+        verb->add_option(boolean.second, options->others, boolean.many ? "one mesh or more" : "second mesh")
+            ->required();
+    if (!boolean.many) others->expected(1);
     verb->add_option("-o,--output", options->output, "file for the result, replaced if it exists")->required();
     CLI::Option* quiet = verb->add_flag("-q,--quiet", options->quiet, "no summary line");
     verb->add_flag("-v,--verbose", options->verbose,
@@ -92,6 +107,7 @@ void addBoolean(CLI::App& app, const Boolean& boolean) {
         "\n\nMeshes are closed, facing outward, and not crossing themselves. The time in the summary is that of "
         "the operation alone, without reading and writing.");
     verb->callback([boolean, options] { run(boolean, *options); });
+    return verb;
 }
 
 } // namespace orva::program

@@ -9,7 +9,9 @@ void addIntersect(CLI::App& app) {
     addBoolean(app, {.verb = "intersect",
                      .text = "What lies in both A and B.",
                      .example = "orva intersect bone.off window.off -o detail.stl",
-                     .combine = bspcsg::intersectMesh});
+                     .combine = [](auto& output, const auto& a, const auto& others) {
+                         bspcsg::intersectMesh(output, a, others.front());
+                     }});
 }
 
 } // namespace orva::program

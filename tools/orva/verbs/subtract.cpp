@@ -3,13 +3,52 @@
 
 #include "orva/bspcsg.hpp"
 
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <thread>
+
 namespace orva::program {
 
+namespace {
+
+using Mesh = Boolean::Mesh;
+
+void subtract(Mesh& output, const Mesh& base, const std::vector<Mesh>& cutters, std::string mode) {
+    // The parallel union needs a thread besides ours, or it never returns; the same solid can be had without.
+    if (mode == "parallel" && std::thread::hardware_concurrency() < 2) {
+        std::fputs("orva: one processor only: merging the cutters in turn (--mode union)\n", stderr);
+        mode = "union";
+    }
+    if (mode == "parallel") {
+        bspcsg::subtractMultiUnionMeshParallel(output, base, cutters);
+    } else if (mode == "union") {
+        bspcsg::subtractMultiUnionMesh(output, base, cutters);
+    } else {
+        bspcsg::subtractMultiMesh(output, base, cutters);
+    }
+}
+
+} // namespace
+
 void addSubtract(CLI::App& app) {
-    addBoolean(app, {.verb = "subtract",
-                     .text = "What lies in A but not in B.",
-                     .example = "orva subtract block.stl drill.stl -o part.stl",
-                     .combine = bspcsg::subtractMesh});
+    const auto mode = std::make_shared<std::string>("sequential");
+    CLI::App* verb =
+        addBoolean(app, {.verb = "subtract",
+                         .text = "What lies in BASE but in no CUTTER.",
+                         .example = "orva subtract block.stl drill.stl -o part.stl\n"
+                                    "  orva subtract wall.off door.off window-*.off -o house.off --mode union",
+                         .first = "BASE",
+                         .second = "CUTTER",
+                         .many = true,
+                         .combine = [mode](Mesh& output, const Mesh& base, const std::vector<Mesh>& cutters) {
+                             subtract(output, base, cutters, *mode);
+                         }});
+    verb->add_option("--mode", *mode,
+                     "several cutters in turn (sequential), or as one union (union), merged on several processors "
+                     "(parallel); all give the same solid")
+        ->check(CLI::IsMember({"sequential", "union", "parallel"}))
+        ->capture_default_str();
 }
 
 } // namespace orva::program

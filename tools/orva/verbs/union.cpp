@@ -9,7 +9,9 @@ void addUnion(CLI::App& app) {
     addBoolean(app, {.verb = "union",
                      .text = "What lies in A, in B, or in both.",
                      .example = "orva union body.off handle.off -o cup.off",
-                     .combine = bspcsg::unionMesh});
+                     .combine = [](auto& output, const auto& a, const auto& others) {
+                         bspcsg::unionMesh(output, a, others.front());
+                     }});
 }
 
 } // namespace orva::program
