@@ -52,7 +52,7 @@ void subtractMultiMesh(types::Mesh<double>& output, const types::Mesh<double>& b
     const NodePtr result = subtractTreeList(*baseTree, cutterTrees);
     cutterTrees.clear();
     baseTree.reset();
-    polygonsToMesh(result->collectPolygons(0), output);
+    polygonsToMesh(result->takePolygons(), output);
 }
 
 void subtractUnionOfMeshes(types::Mesh<double>& output, const types::Mesh<double>& base,
@@ -70,7 +70,7 @@ void subtractUnionOfMeshes(types::Mesh<double>& output, const types::Mesh<double
     const NodePtr result = subtractTree(std::move(*baseTree), std::move(*cutterUnion));
     baseTree.reset();
     cutterUnion.reset();
-    polygonsToMesh(result->collectPolygons(0), output);
+    polygonsToMesh(result->takePolygons(), output);
 }
 
 void subtractMultiUnionMesh(types::Mesh<double>& output, const types::Mesh<double>& base,

@@ -11,7 +11,7 @@ void combinePolygonLists(CombineFunction fn, PolygonList& out, PolygonList& a, P
     treeB.build(std::move(b));
     Node result;
     fn(result, std::move(treeA), std::move(treeB));
-    out = result.collectPolygons(0);
+    out = result.takePolygons();
 }
 
 void combineMeshes(types::Mesh<double>& output, const types::Mesh<double>& a, const types::Mesh<double>& b,

@@ -8,8 +8,8 @@ void unionTrees(Node& result, Node&& a, Node&& b) {
     b.invert();
     b.clipTree(a);
     b.invert();
-    a.build(b.collectPolygons(0));
-    result.build(a.collectPolygons(0));
+    a.build(b.takePolygons());
+    result.build(a.takePolygons());
 }
 
 void subtractTrees(Node& result, Node&& a, Node&& b) {
@@ -19,9 +19,9 @@ void subtractTrees(Node& result, Node&& a, Node&& b) {
     b.invert();
     b.clipTree(a);
     b.invert();
-    a.build(b.collectPolygons(0));
+    a.build(b.takePolygons());
     a.invert();
-    result.build(a.collectPolygons(0));
+    result.build(a.takePolygons());
 }
 
 void intersectTrees(Node& result, Node&& a, Node&& b) {
@@ -30,9 +30,9 @@ void intersectTrees(Node& result, Node&& a, Node&& b) {
     b.invert();
     a.clipTree(b);
     b.clipTree(a);
-    a.build(b.collectPolygons(0));
+    a.build(b.takePolygons());
     a.invert();
-    result.build(a.collectPolygons(0));
+    result.build(a.takePolygons());
 }
 
 } // namespace orva::bspcsg

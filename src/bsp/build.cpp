@@ -4,7 +4,7 @@
 // goes on to the two children, which are made where they are missing. The queue is first in, first out, so the tree
 // grows level by level.
 #include "bsp/node.hpp"
-#include "geometry/split.hpp"
+#include "bsp/sift.hpp"
 
 #include <cmath>
 
@@ -27,35 +27,28 @@ Node& childAt(NodePtr& child) {
 
 void Node::build(PolygonList input) {
     if (input.empty()) return;
-    Queue<WorkItem<Node>> queue;
-    queue.push({this, std::move(input)});
-    while (!queue.empty()) {
-        const WorkItem<Node>& item = queue.front();
-        Node& node = *item.node;
-        const PolygonList& list = item.polygons;
+    Sifter sifter(std::move(input));
+    List<WorkItem<Node>> level;
+    List<WorkItem<Node>> nextLevel;
+    level.push_back({this, sifter.start()});
+    while (!level.empty()) {
+        for (const auto& [node, part] : level) {
+            // The first polygon to reach a node without a plane gives it its own and stays there.
+            // note: it stays unclassified. A needle-thin or very large triangle can have a corner farther than EPSILON
+            // from the plane computed for it; classified, it would go on to a new child, which takes the same plane,
+            // without end.
+            const bool takesPlane = !isSet(node->plane);
+            if (takesPlane) node->plane = sifter.first(part).plane;
 
-        // The first polygon to reach a node without a plane gives it its own and stays there.
-        // note: it stays unclassified. A needle-thin or very large triangle can have a corner farther than EPSILON from
-        // the plane computed for it; classified, it would go on to a new child, which takes the same plane, without
-        // end.
-        std::size_t placed = 0;
-        if (!isSet(node.plane)) {
-            node.plane = list.front().plane;
-            node.polygons.push_back(list.front());
-            placed = 1;
+            const Sifter::Parts parts =
+                sifter.divide(node->plane, part, {.keepFirst = takesPlane, .keepCoplanar = true});
+            sifter.forEachKept([&](Polygon& polygon, std::uint32_t) { node->polygons.push_back(std::move(polygon)); });
+            if (parts.front.count > 0) nextLevel.push_back({&childAt(node->front), parts.front});
+            if (parts.back.count > 0) nextLevel.push_back({&childAt(node->back), parts.back});
         }
-
-        PolygonList frontList;
-        PolygonList backList;
-        frontList.reserve(list.size());
-        backList.reserve(list.size());
-        for (std::size_t i = placed; i < list.size(); ++i) {
-            splitPolygon(node.plane, list[i], node.polygons, node.polygons, frontList, backList);
-        }
-        queue.pop();
-
-        if (!frontList.empty()) queue.push({&childAt(node.front), std::move(frontList)});
-        if (!backList.empty()) queue.push({&childAt(node.back), std::move(backList)});
+        std::swap(level, nextLevel);
+        nextLevel.clear();
+        sifter.descend();
     }
 }
 

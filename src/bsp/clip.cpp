@@ -4,7 +4,7 @@
 // child is outside the solid and survives; what falls out behind a node without a back child is inside and is dropped.
 // A polygon in a node's plane goes with the side that its own plane faces.
 #include "bsp/node.hpp"
-#include "geometry/split.hpp"
+#include "bsp/sift.hpp"
 
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
@@ -15,35 +15,64 @@
 
 namespace orva::bspcsg {
 
+namespace {
+
+// Sends all polygons of the sifter down the tree and calls take(polygon, rank) for each that survives, in the order in
+// which they fall out.
+template <typename Take> void clip(Sifter& sifter, const Node& tree, Take take) {
+    List<WorkItem<const Node>> level;
+    List<WorkItem<const Node>> nextLevel;
+    level.push_back({&tree, sifter.start()});
+    while (!level.empty()) {
+        for (const auto& [node, part] : level) {
+            // What falls out in front takes its turn in the queue like the rest: that is the order of the result.
+            if (node == nullptr) {
+                sifter.forEach(part, take);
+                continue;
+            }
+            // note: only whether a node exists is asked, never whether its plane is set. Against the plane of an empty
+            // tree, all zeros, everything is coplanar and goes behind, where there is no child: an empty tree removes
+            // everything.
+            const Sifter::Parts parts = sifter.divide(node->plane, part, {.dropBack = node->back == nullptr});
+            if (parts.front.count > 0) nextLevel.push_back({node->front.get(), parts.front});
+            if (parts.back.count > 0) nextLevel.push_back({node->back.get(), parts.back});
+        }
+        std::swap(level, nextLevel);
+        nextLevel.clear();
+        sifter.descend();
+    }
+}
+
+// Clips the polygons of many nodes as one list. Each node's own walk would visit the other tree in the common order,
+// restricted to the nodes that it reaches; so what falls out, taken in that order and handed back to its owner, is for
+// every node the list that it would have got alone.
+void clipNodes(const List<Node*>& nodes, const Node& other) {
+    std::size_t count = 0;
+    for (const Node* node : nodes) count += node->polygons.size();
+    PolygonList all;
+    List<Node*> owners; // by rank
+    all.reserve(count);
+    owners.reserve(count);
+    for (Node* node : nodes) {
+        for (Polygon& polygon : node->polygons) {
+            all.push_back(std::move(polygon));
+            owners.push_back(node);
+        }
+        node->polygons.clear();
+    }
+    Sifter sifter(std::move(all));
+    clip(sifter, other,
+         [&](Polygon& polygon, std::uint32_t rank) { owners[rank]->polygons.push_back(std::move(polygon)); });
+}
+
+} // namespace
+
 PolygonList Node::clipPolygonList(PolygonList input) const {
     PolygonList result;
     if (input.empty()) return result;
     result.reserve(input.size());
-    Queue<WorkItem<const Node>> queue;
-    queue.push({this, std::move(input)});
-    while (!queue.empty()) {
-        const WorkItem<const Node>& item = queue.front();
-        if (item.node == nullptr) {
-            result.append(item.polygons);
-            queue.pop();
-            continue;
-        }
-
-        // note: only whether a node exists is asked, never whether its plane is set. Against the plane of an empty
-        // tree, all zeros, everything is coplanar and goes behind, where there is no child: an empty tree removes
-        // everything.
-        const Node& node = *item.node;
-        PolygonList frontList;
-        PolygonList backList;
-        frontList.reserve(item.polygons.size());
-        backList.reserve(item.polygons.size());
-        splitPolygons(node.plane, item.polygons, frontList, backList, frontList, backList);
-        queue.pop();
-
-        // What falls out in front takes its turn in the queue like the rest: that is the order of the result.
-        if (!frontList.empty()) queue.push({node.front.get(), std::move(frontList)});
-        if (!backList.empty() && node.back) queue.push({node.back.get(), std::move(backList)});
-    }
+    Sifter sifter(std::move(input));
+    clip(sifter, *this, [&](Polygon& polygon, std::uint32_t) { result.push_back(std::move(polygon)); });
     return result;
 }
 
@@ -69,14 +98,17 @@ void Node::clipTree(const Node& other) {
         tbb::parallel_for(
             tbb::blocked_range<std::size_t>(0, nodes.size(), grain),
             [&](const tbb::blocked_range<std::size_t>& run) {
+                List<Node*> lightNodes;
+                lightNodes.reserve(run.size());
                 for (std::size_t i = run.begin(); i != run.end(); ++i) {
                     Node* node = nodes[i];
                     if (node->polygons.size() > NODE_TASK_THRESHOLD) {
                         heavyNodes.run([node, &other] { clipNodePolygons(*node, other); });
                     } else {
-                        clipNodePolygons(*node, other);
+                        lightNodes.push_back(node);
                     }
                 }
+                clipNodes(lightNodes, other);
             },
             tbb::auto_partitioner(), loopContext);
     } catch (...) {

@@ -5,40 +5,51 @@
 
 namespace orva::bspcsg {
 
-void Node::invert() {
-    Queue<Node*> queue;
-    queue.push(this);
+namespace {
+
+std::size_t countPolygons(const Node& tree) {
+    std::uint32_t count = 0;
+    tree.countElements(nullptr, &count, nullptr);
+    return count;
+}
+
+// Calls visit(node) for every node, breadth-first.
+template <typename NodeType, typename Visit> void walk(NodeType* root, Visit visit) {
+    Queue<NodeType*> queue;
+    queue.push(root);
     while (!queue.empty()) {
-        Node* node = queue.take();
-        for (Polygon& polygon : node->polygons) flip(polygon);
-        node->plane = flipped(node->plane);
-        std::swap(node->front, node->back);
+        NodeType* node = queue.take();
+        visit(*node);
         if (node->front) queue.push(node->front.get());
         if (node->back) queue.push(node->back.get());
     }
 }
 
+} // namespace
+
+void Node::invert() {
+    walk(this, [](Node& node) {
+        for (Polygon& polygon : node.polygons) flip(polygon);
+        node.plane = flipped(node.plane);
+        std::swap(node.front, node.back);
+    });
+}
+
 PolygonList Node::collectPolygons(std::int32_t expectedCount) const {
     PolygonList collected;
-    std::size_t capacity = 0;
-    if (expectedCount < 1) {
-        std::uint32_t counted = 0;
-        countElements(nullptr, &counted, nullptr);
-        capacity = counted;
-    } else {
-        capacity = static_cast<std::size_t>(expectedCount);
-    }
-    collected.reserve(capacity);
-
-    Queue<const Node*> queue;
-    queue.push(this);
-    while (!queue.empty()) {
-        const Node* node = queue.take();
-        collected.append(node->polygons);
-        if (node->front) queue.push(node->front.get());
-        if (node->back) queue.push(node->back.get());
-    }
+    collected.reserve(expectedCount < 1 ? countPolygons(*this) : static_cast<std::size_t>(expectedCount));
+    walk(this, [&collected](const Node& node) { collected.append(node.polygons); });
     return collected;
+}
+
+PolygonList Node::takePolygons() {
+    PolygonList taken;
+    taken.reserve(countPolygons(*this));
+    walk(this, [&taken](Node& node) {
+        for (Polygon& polygon : node.polygons) taken.push_back(std::move(polygon));
+        node.polygons.clear();
+    });
+    return taken;
 }
 
 } // namespace orva::bspcsg

@@ -10,6 +10,7 @@
 // recursion: the walks fix the order of every result, and depth is bounded by memory alone.
 //
 //     node.cpp    the life of a tree: copying, counting, listing, freeing
+//     sift.cpp    polygons on their way down a tree: which of them go where
 //     build.cpp   polygons into a tree
 //     clip.cpp    one tree's polygons against another tree
 //     invert.cpp  inside out, and the polygons back into a list
@@ -76,6 +77,9 @@ template <> struct CSGNode<double> {
 
     /// Copies of all polygons, breadth-first. `expectedCount` is the capacity to reserve; below 1 it is counted.
     [[nodiscard]] PolygonList collectPolygons(std::int32_t expectedCount) const;
+
+    /// The same polygons in the same order, moved out of a tree that is spent.
+    [[nodiscard]] PolygonList takePolygons();
 };
 
 using Node = CSGNode<double>;
@@ -90,11 +94,5 @@ void copyInto(const Node& source, Node& target);
 
 /// The step of clipTree for one node.
 void clipNodePolygons(Node& node, const Node& other);
-
-/// A node and the polygons that have reached it: the entry of the work queues of build and clipPolygonList.
-template <typename NodeType> struct WorkItem {
-    NodeType* node; ///< null in clipPolygonList where a child is missing
-    PolygonList polygons;
-};
 
 } // namespace orva::bspcsg

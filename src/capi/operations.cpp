@@ -43,7 +43,7 @@ void subtractInTurn(MeshD* output, const MeshD* base, const MeshD* cutters, std:
     const NodePtr result = subtractTreeList(*baseTree, cutterTrees);
     cutterTrees.clear();
     baseTree.reset();
-    polygonsToMeshD(result->collectPolygons(0), output);
+    polygonsToMeshD(result->takePolygons(), output);
 }
 
 // note: here the cutters come first and the base is converted only when their union exists; in turn it is the other way
@@ -58,7 +58,7 @@ void subtractUnion(MeshD* output, const MeshD* base, const MeshD* cutters, std::
     const NodePtr result = subtractTree(std::move(*baseTree), std::move(*cutterUnion));
     baseTree.reset();
     cutterUnion.reset();
-    polygonsToMeshD(result->collectPolygons(0), output);
+    polygonsToMeshD(result->takePolygons(), output);
 }
 
 } // namespace

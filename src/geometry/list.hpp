@@ -64,6 +64,9 @@ public:
         checkRoomFor(1);
         Base::push_back(std::move(value));
     }
+    using Base::pop_back;
+    /// Becomes a copy of another list, in the storage it has if that is enough.
+    void assign(const List& other) { Base::assign(other.begin(), other.end()); }
     /// Appends copies of all elements of another list, in order.
     void append(const List& other) {
         checkRoomFor(other.size());

@@ -5,17 +5,6 @@
 
 namespace orva::bspcsg {
 
-Vec3 operator-(const Vec3& a, const Vec3& b) {
-    return {a.x - b.x, a.y - b.y, a.z - b.z};
-}
-Vec3 operator-(const Vec3& a) {
-    return {-a.x, -a.y, -a.z};
-}
-
-double dot(const Vec3& a, const Vec3& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
 Vec3 cross(const Vec3& a, const Vec3& b) {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
@@ -32,10 +21,6 @@ Vec3 unit(const Vec3& a) {
 Plane planeFromPoints(const Vec3& a, const Vec3& b, const Vec3& c) {
     const Vec3 normal = unit(cross(b - a, c - a));
     return {normal, dot(normal, a)};
-}
-
-double signedDistance(const Plane& plane, const Vec3& p) {
-    return dot(plane.normal, p) - plane.w;
 }
 
 Vertex interpolate(const Vertex& a, const Vertex& b, double t) {

@@ -15,9 +15,15 @@ namespace orva::bspcsg {
 using types::Vec3;
 using types::Vertex;
 
-Vec3 operator-(const Vec3& a, const Vec3& b);
-Vec3 operator-(const Vec3& a);
-double dot(const Vec3& a, const Vec3& b);
+inline Vec3 operator-(const Vec3& a, const Vec3& b) {
+    return {a.x - b.x, a.y - b.y, a.z - b.z};
+}
+inline Vec3 operator-(const Vec3& a) {
+    return {-a.x, -a.y, -a.z};
+}
+inline double dot(const Vec3& a, const Vec3& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
 Vec3 cross(const Vec3& a, const Vec3& b);
 double length(const Vec3& a);
 /// Divided by its length, unguarded: zero gives NaN.
@@ -60,7 +66,9 @@ constexpr PolygonSide operator|(PolygonSide a, PolygonSide b) {
 Plane planeFromPoints(const Vec3& a, const Vec3& b, const Vec3& c);
 
 /// normal . p - w: positive in front.
-double signedDistance(const Plane& plane, const Vec3& p);
+inline double signedDistance(const Plane& plane, const Vec3& p) {
+    return dot(plane.normal, p) - plane.w;
+}
 
 /// a + (b - a) * t in each of the eight doubles; the normal is not made unit length again.
 Vertex interpolate(const Vertex& a, const Vertex& b, double t);

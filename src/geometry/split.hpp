@@ -13,6 +13,20 @@ inline constexpr double EPSILON = 1e-6;
 /// The side of every vertex, in vertex order. A distance of exactly EPSILON, and NaN, are Coplanar.
 List<PolygonSide> classifyVertices(const Plane& plane, const Polygon& polygon);
 
+/// The side of the whole polygon: the OR of the sides of its vertices.
+PolygonSide sideOf(const Plane& plane, const Polygon& polygon);
+
+/// Whether a polygon that lies in the plane faces the same way.
+bool facesAlong(const Plane& plane, const Polygon& polygon);
+
+/// classifyVertices into a list that is there already.
+void classifyInto(const Plane& plane, const Polygon& polygon, List<PolygonSide>& sides);
+
+/// The corners of the two pieces of a spanning polygon, into lists that are there already. Either may be of fewer than
+/// three vertices and no piece at all.
+void cutInto(const Plane& plane, const Polygon& polygon, const List<PolygonSide>& sides, List<Vertex>& front,
+             List<Vertex>& back);
+
 /// Appends a copy of the polygon, or of its two pieces, to the lists on whose side they lie.
 ///
 /// A coplanar polygon goes to `coplanarFront` when its own plane faces the same way as `plane`, otherwise (opposite,

@@ -1,0 +1,182 @@
+// The tree's own steps against the reference, node by node and polygon by polygon, on lists such as no mesh gives.
+#include "cases.hpp"
+#include "library.hpp"
+#include "same.hpp"
+#include "seeds.hpp"
+
+#include <tbb/global_control.h>
+
+#include <algorithm>
+
+namespace orva::equivalence {
+
+namespace {
+
+using reference::PolygonList;
+
+// One tree in both implementations, and the steps on both.
+struct Both {
+    reference::Tree expected;
+    bspcsg::NodePtr actual;
+
+    void build(const PolygonList& polygons) {
+        reference::build(*expected, polygons);
+        actual->build(toLibrary(polygons));
+        EXPECT_TRUE(same(*toReference(*actual), *expected)) << "after build of " << polygons.size() << " polygons";
+    }
+    void clipTree(const Both& other) {
+        reference::clipTree(*expected, *other.expected);
+        actual->clipTree(*other.actual);
+        EXPECT_TRUE(same(*toReference(*actual), *expected)) << "after clipTree";
+    }
+    void invert() {
+        reference::invert(*expected);
+        actual->invert();
+        EXPECT_TRUE(same(*toReference(*actual), *expected)) << "after invert";
+    }
+    void becomeItsClone() {
+        expected = reference::clone(*expected);
+        bspcsg::NodePtr copy = actual->clone();
+        EXPECT_TRUE(same(*toReference(*actual), *expected)) << "the cloned tree";
+        actual = std::move(copy);
+        EXPECT_TRUE(same(*toReference(*actual), *expected)) << "the clone";
+    }
+    void clip(const PolygonList& polygons) const {
+        const PolygonList kept = reference::clipPolygonList(*expected, polygons);
+        EXPECT_TRUE(same(toReference(actual->clipPolygonList(toLibrary(polygons))), kept))
+            << "clipPolygonList of " << polygons.size() << " polygons, of which " << kept.size() << " are left";
+        EXPECT_TRUE(same(*toReference(*actual), *expected)) << "after clipPolygonList, which only reads the tree";
+    }
+    PolygonList collect() const {
+        PolygonList collected = reference::collect(*expected);
+        EXPECT_TRUE(same(toReference(actual->collectPolygons(0)), collected)) << "collectPolygons";
+        return collected;
+    }
+};
+
+Both empty() {
+    return {std::make_unique<reference::Node>(), std::make_unique<bspcsg::Node>()};
+}
+
+Both arbitrary(Random& random, int nodes) {
+    reference::Tree tree = arbitraryTree(random, nodes);
+    bspcsg::NodePtr same = toLibrary(*tree);
+    return {std::move(tree), std::move(same)};
+}
+
+std::size_t polygonsIn(const Both& tree) {
+    return reference::collect(*tree.expected).size();
+}
+
+} // namespace
+
+TEST(Trees, BuildOntoEmptyAndBuiltOnes) {
+    forSeeds(400, [](Random& random) {
+        Both tree = empty();
+        tree.build(polygonList(random, listLength(random, 70)));
+        tree.build(polygonList(random, listLength(random, 130)));
+        tree.becomeItsClone();
+        tree.collect();
+    });
+}
+
+TEST(Trees, BuildOfLongLists) {
+    forSeeds(150, [](Random& random) {
+        // Few planes, so that many polygons meet at a node, and small ones, so that not every plane cuts all.
+        Both tree = chance(random, 50) ? empty() : arbitrary(random, random.integer(1, 9));
+        PolygonList list = polygonList(random, listLength(random, 1026));
+        const PolygonList planes = polygonList(random, 4);
+        for (reference::Polygon& polygon : list) {
+            if (chance(random, 70)) polygon.plane = planes[static_cast<std::size_t>(random.integer(0, 3))].plane;
+        }
+        tree.build(list);
+    });
+}
+
+TEST(Trees, BuildOntoArbitraryTrees) {
+    forSeeds(3000, [](Random& random) {
+        Both tree = arbitrary(random, random.integer(1, 20));
+        tree.build(polygonList(random, listLength(random, 64)));
+        tree.collect();
+    });
+}
+
+TEST(Trees, ClipLongListsAgainstSmallTrees) {
+    forSeeds(2500, [](Random& random) {
+        const Both tree = arbitrary(random, random.integer(1, 8));
+        tree.clip(polygonList(random, listLength(random, 4097)));
+    });
+}
+
+TEST(Trees, ClipListsAgainstLargerTrees) {
+    forSeeds(5000, [](Random& random) {
+        const Both tree = arbitrary(random, random.integer(9, 60));
+        tree.clip(polygonList(random, listLength(random, 260)));
+    });
+}
+
+TEST(Trees, ClipAgainstDeepChains) {
+    forSeeds(400, [](Random& random) {
+        const Both tree = arbitrary(random, random.integer(200, 1000));
+        tree.clip(polygonList(random, listLength(random, 33)));
+    });
+}
+
+TEST(Trees, InvertCloneAndCollectArbitraryOnes) {
+    forSeeds(600, [](Random& random) {
+        Both tree = arbitrary(random, random.integer(1, 100));
+        tree.invert();
+        tree.becomeItsClone();
+        tree.invert();
+        tree.collect();
+    });
+}
+
+TEST(Trees, ManyStepsOnTwoTrees) {
+    forSeeds(1500, [](Random& random) {
+        const tbb::global_control limit(tbb::global_control::max_allowed_parallelism, oneOf(random, {1U, 2U, 8U}));
+        Both a = chance(random, 70) ? empty() : arbitrary(random, random.integer(1, 10));
+        Both b = chance(random, 70) ? empty() : arbitrary(random, random.integer(1, 10));
+        a.build(polygonList(random, listLength(random, 33)));
+        b.build(polygonList(random, listLength(random, 17)));
+        for (int i = 0; i < 8; ++i) {
+            if (chance(random, 50)) std::swap(a, b);
+            // Pieces multiply; what has grown too large to go on with quickly has been compared already.
+            if (polygonsIn(a) + polygonsIn(b) > 3000) break;
+            switch (random.integer(0, 5)) {
+            case 0:
+            case 1:
+                a.clipTree(b);
+                break;
+            case 2:
+                a.invert();
+                break;
+            case 3:
+                a.becomeItsClone();
+                break;
+            case 4:
+                a.build(b.collect());
+                break;
+            default:
+                a.clip(polygonList(random, listLength(random, 65)));
+                break;
+            }
+        }
+    });
+}
+
+TEST(Trees, ClipTreeWithHeavyNodesWithOneTwoAndEightThreads) {
+    forSeeds(200, [](Random& random) {
+        const tbb::global_control limit(tbb::global_control::max_allowed_parallelism, oneOf(random, {1U, 2U, 8U}));
+        reference::Tree heavy = arbitraryTree(random, random.integer(1, 6));
+        heavy->polygons = polygonList(random, random.integer(1020, 1100));
+        if (heavy->front) heavy->front->polygons = polygonList(random, listLength(random, 2049));
+        bspcsg::NodePtr same = toLibrary(*heavy);
+        Both tree{std::move(heavy), std::move(same)};
+        tree.clipTree(arbitrary(random, random.integer(1, 6)));
+        tree.invert();
+        tree.clipTree(arbitrary(random, random.integer(1, 6)));
+    });
+}
+
+} // namespace orva::equivalence
