@@ -141,8 +141,8 @@ struct Sifter::Division {
     std::size_t farZ;
 };
 
-Sifter::Sifter(PolygonList polygons, std::uint32_t hierarchyFrom)
-    : pool_(std::move(polygons)), hierarchyFrom_(hierarchyFrom) {
+Sifter::Sifter(PolygonList polygons, HierarchyThresholds thresholds)
+    : pool_(std::move(polygons)), thresholds_(thresholds) {
     toCount(pool_.size());
 }
 
@@ -150,11 +150,7 @@ Sifter::Part Sifter::start() {
     const auto count = static_cast<std::uint32_t>(pool_.size());
     here_.reserve(count);
     for (std::uint32_t i = 0; i < count; ++i) here_.push_back({boundsOf(pool_[i]), i, i});
-    if (count < hierarchyFrom_) return {count, 0, NONE};
-    entries_.reserve(std::size_t{2} * count);
-    const std::uint32_t root = makeHierarchy(here_.data(), here_.data() + count);
-    here_.clear();
-    return {count, 0, root};
+    return {count, 0, NONE, 0};
 }
 
 void Sifter::descend() {
@@ -175,14 +171,19 @@ const Polygon& Sifter::first(const Part& part) const {
 Sifter::Parts Sifter::divide(const Plane& plane, const Part& part, Rules rules) {
     kept_.clear();
     Parts parts;
-    if (part.root == NONE) {
-        const std::uint32_t keep = rules.keepFirst ? here_[part.begin].rank : NONE;
-        divideSlots(Division(plane, rules, keep), part, parts);
-        return parts;
+    std::uint32_t root = part.root;
+    if (root == NONE) {
+        Slot* slots = here_.data() + part.begin;
+        if (part.count < thresholds_.polygons || part.planes < thresholds_.planes) {
+            const std::uint32_t keep = rules.keepFirst ? slots->rank : NONE;
+            divideSlots(Division(plane, rules, keep), part, parts);
+            parts.front.planes = parts.back.planes = part.planes + 1;
+            return parts;
+        }
+        root = makeHierarchy(slots, slots + part.count);
     }
-    const std::uint32_t keep = rules.keepFirst ? entries_[part.root].rank : NONE;
-    Division division(plane, rules, keep);
-    const Halves halves = divideEntry(division, part.root);
+    Division division(plane, rules, rules.keepFirst ? entries_[root].rank : NONE);
+    const Halves halves = divideEntry(division, root);
     std::sort(kept_.begin(), kept_.end(), byRank);
     parts.front = partOf(halves.front);
     parts.back = partOf(halves.back);
@@ -294,8 +295,8 @@ Sifter::Halves Sifter::divideEntry(Division& division, std::uint32_t index) {
 Sifter::Part Sifter::partOf(std::uint32_t root) {
     if (root == NONE) return {};
     const std::uint32_t count = entries_[root].count;
-    if (count >= hierarchyFrom_) return {count, 0, root};
-    return {count, appendSorted(root, next_), NONE};
+    if (count >= thresholds_.polygons) return {count, 0, root, 0};
+    return {count, appendSorted(root, next_), NONE, 0};
 }
 
 // Halves at the median of the middles along the longer side: good boxes, and a depth of log2(n).

@@ -9,8 +9,8 @@ namespace orva::bspcsg {
 
 namespace {
 
-constexpr std::uint32_t ALWAYS = 1;
-constexpr std::uint32_t NEVER = 0xFFFFFFFFU;
+constexpr HierarchyThresholds ALWAYS{1, 0};
+constexpr HierarchyThresholds NEVER{0xFFFFFFFFU, 0};
 
 double wildNumber(test::Random& random) {
     static constexpr double wild[]{NaN,
@@ -100,11 +100,12 @@ PlainParts dividePlainly(const Plane& plane, const PolygonList& list, Sifter::Ru
     return parts;
 }
 
-void compare(std::uint64_t seed, std::uint32_t hierarchyFrom) {
-    SCOPED_TRACE(testing::Message() << "seed " << seed << ", hierarchies from " << hierarchyFrom);
+void compare(std::uint64_t seed, HierarchyThresholds thresholds) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed << ", hierarchies from " << thresholds.polygons
+                                    << " polygons and " << thresholds.planes << " planes");
     test::Random random(seed);
     const PolygonList list = randomList(random);
-    Sifter sifter(list, hierarchyFrom);
+    Sifter sifter(list, thresholds);
     std::vector<Sifter::Part> parts{sifter.start()};
     std::vector<PolygonList> plain{list};
     const int levels = random.integer(1, 9);
@@ -146,8 +147,8 @@ TEST(Sifter, DividesLikeThePlainWayWhereverHierarchiesBegin) {
     constexpr std::uint64_t SEED = 500;
     std::cout << "seeds from " << SEED << "\n";
     for (std::uint64_t seed = SEED; seed < SEED + 1500 && !testing::Test::HasFailure(); ++seed) {
-        for (const std::uint32_t hierarchyFrom : {ALWAYS, std::uint32_t{2}, std::uint32_t{7}, HIERARCHY_FROM, NEVER}) {
-            compare(seed, hierarchyFrom);
+        for (const HierarchyThresholds thresholds : {ALWAYS, {2, 0}, {7, 2}, {48, 3}, NEVER}) {
+            compare(seed, thresholds);
         }
     }
 }
