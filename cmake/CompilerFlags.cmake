@@ -12,6 +12,13 @@ else()
   target_compile_options(orva_arithmetic INTERFACE -ffp-contract=off -fno-fast-math -fno-math-errno)
 endif()
 
+# For every target of ours, C and test programs included: a sanitizer sees only what was compiled with it.
+set(ORVA_SANITIZE "" CACHE STRING "Sanitizers to build our own targets with, named as in -fsanitize=")
+if(ORVA_SANITIZE)
+  add_compile_options(-fsanitize=${ORVA_SANITIZE} -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${ORVA_SANITIZE})
+endif()
+
 add_library(orva_warnings INTERFACE)
 if(MSVC)
   target_compile_options(orva_warnings INTERFACE /W4)

@@ -159,10 +159,14 @@ TEST(CBatch, GivesTheBitsOfTheNamespacedOnes) {
     }
 }
 
+#ifndef ORVA_TEST_SETS
+#define ORVA_TEST_SETS 200 // fewer where every step is watched (tests/thread)
+#endif
+
 // Everything that is to be known of the result follows from the inputs: a point is in it exactly if it is in the base
 // and in no cutter.
 TEST(Batch, OfRandomOverlappingCuttersIsTheBaseWithoutThemEveryWay) {
-    constexpr int SETS = 200;
+    constexpr int SETS = ORVA_TEST_SETS;
     constexpr int POINTS = 2000;
     constexpr std::uint64_t SEED = 31;
     std::cout << "seed " << SEED << "\n";
