@@ -40,8 +40,8 @@
 /// Threads: any number of calls at once, on meshes that nobody changes meanwhile. A call runs on the caller's thread
 /// and shares its clipping with the task scheduler's default arena; it starts no thread of its own.
 ///
-/// Cost: time and memory grow with the number of pieces into which the planes cut the triangles: a little faster than with
-/// the number of triangles for smooth meshes, with the square of it where many large faces cross each other.
+/// Cost: time and memory grow with the number of pieces into which the planes cut the triangles: a little faster than
+/// with the number of triangles for smooth meshes, with the square of it where many large faces cross each other.
 #ifndef ORVA_BSPCSG_HPP
 #define ORVA_BSPCSG_HPP
 

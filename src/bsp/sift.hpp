@@ -41,8 +41,9 @@
 
 namespace orva::bspcsg {
 
-/// When a list becomes a hierarchy. Measured on spheres, scans and walls: below 48 polygons walking is always faster; a
-/// hierarchy costs as much as walking past 12 to 20 planes.
+/// When a list becomes a hierarchy. A middle way, measured on unions: with 24 polygons instead of 48 spheres take a
+/// tenth and the elephant a fifth longer, with 96 spheres a fifth; with 8 planes instead of 16 the elephant takes a
+/// third longer and the wall in turn half as much again, with 32 the elephant a third less and spheres a third more.
 struct HierarchyThresholds {
     std::uint32_t polygons = 48; ///< it has at least so many
     std::uint32_t planes = 16;   ///< and has been walked past so many planes

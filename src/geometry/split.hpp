@@ -27,6 +27,9 @@ void classifyInto(const Plane& plane, const Polygon& polygon, List<PolygonSide>&
 void cutInto(const Plane& plane, const Polygon& polygon, const List<PolygonSide>& sides, List<Vertex>& front,
              List<Vertex>& back);
 
+// ---- The same as one step over lists, as the algorithm is told. The tree takes the steps above one by one instead, so
+// that nothing is copied where nothing is cut; this form is what it is held to. ----
+
 /// Appends a copy of the polygon, or of its two pieces, to the lists on whose side they lie.
 ///
 /// A coplanar polygon goes to `coplanarFront` when its own plane faces the same way as `plane`, otherwise (opposite,
