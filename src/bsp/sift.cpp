@@ -10,15 +10,15 @@ namespace {
 
 constexpr Bounds NOWHERE{{NAN, NAN, NAN, NAN, NAN, NAN}};
 
-// One unit in the last place and the smallest number outward: never inside the rounded value, cheap, and not a number
-// where it would overflow.
+// One unit in the last place and the smallest normal number outward (a caller may have subnormals flushed): never
+// inside the rounded value, cheap, and infinite or not a number beyond the reach of floats.
 float below(double value) {
     const auto rounded = static_cast<float>(value);
-    return rounded - (std::abs(rounded) * 0x1p-23F + std::numeric_limits<float>::denorm_min());
+    return rounded - (std::abs(rounded) * 0x1p-23F + std::numeric_limits<float>::min());
 }
 float above(double value) {
     const auto rounded = static_cast<float>(value);
-    return rounded + (std::abs(rounded) * 0x1p-23F + std::numeric_limits<float>::denorm_min());
+    return rounded + (std::abs(rounded) * 0x1p-23F + std::numeric_limits<float>::min());
 }
 
 bool isNowhere(const Bounds& box) {
