@@ -1,6 +1,7 @@
 #include "boolean/combine.hpp"
 
 #include "mesh/convert.hpp"
+#include "orva/bspcsg.hpp"
 
 namespace orva::bspcsg {
 
@@ -23,6 +24,20 @@ void combineMeshes(types::Mesh<double>& output, const types::Mesh<double>& a, co
     meshToPolygons(b, polygonsB);
     combinePolygonLists(std::move(fn), result, polygonsA, polygonsB);
     polygonsToMesh(result, output);
+}
+
+// ---- what the library exports: each operation is its recipe and the driver ----
+
+void unionMesh(types::Mesh<double>& output, const types::Mesh<double>& a, const types::Mesh<double>& b) {
+    combineMeshes(output, a, b, unionTrees);
+}
+
+void subtractMesh(types::Mesh<double>& output, const types::Mesh<double>& a, const types::Mesh<double>& b) {
+    combineMeshes(output, a, b, subtractTrees);
+}
+
+void intersectMesh(types::Mesh<double>& output, const types::Mesh<double>& a, const types::Mesh<double>& b) {
+    combineMeshes(output, a, b, intersectTrees);
 }
 
 } // namespace orva::bspcsg
