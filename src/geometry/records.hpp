@@ -2,7 +2,7 @@
 // distance of a point, a vertex between two others, a polygon turned around.
 //
 // note: sums and products stand in the order in which they are evaluated, and that order is the contract: the same bits
-// on every platform. Compiled without contraction into fused operations (cmake/Arithmetic.cmake).
+// on every platform. Compiled without contraction into fused operations (cmake/CompilerFlags.cmake).
 #pragma once
 
 #include "geometry/list.hpp"
