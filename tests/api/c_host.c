@@ -64,6 +64,19 @@ int main(void) {
     expect(about(volume(&out), 1), "intersection");
     orva_meshd_free_vertices(out.vertices);
 
+    orva_bspcsg_subtract_multi_mesh(&out, a, &b, 1);
+    expect(about(volume(&out), 7), "difference of several in turn");
+    orva_meshd_free_vertices(out.vertices);
+
+    orva_bspcsg_subtract_multi_union_mesh(&out, a, &b, 1);
+    expect(about(volume(&out), 7), "difference of their union");
+    orva_meshd_free_vertices(out.vertices);
+
+    /* With a single cutter there is nothing to merge, and so no need of a worker thread. */
+    orva_bspcsg_subtract_multi_union_mesh_parallel(&out, a, &b, 1);
+    expect(about(volume(&out), 7), "difference of their union in parallel");
+    orva_meshd_free_vertices(out.vertices);
+
     expect(single != NULL && single->count == 3 && vertices != NULL, "single precision records");
     orva_meshf_free_vertices(vertices);
     orva_meshf_destroy(single);

@@ -4,6 +4,7 @@
 #include "bits.hpp"
 #include "orva/bspcsg.hpp"
 #include "orva/orva.h"
+#include "worker.hpp"
 
 #include <array>
 
@@ -42,7 +43,7 @@ struct BatchOperation {
 
     Mesh operator()(const Mesh& base, const std::vector<Mesh>& cutters) const {
         Mesh result;
-        cpp(result, base, cutters);
+        withAWorker([&] { cpp(result, base, cutters); });
         return result;
     }
     Mesh throughC(const Mesh& base, const std::vector<Mesh>& cutters) const {
@@ -50,7 +51,7 @@ struct BatchOperation {
         std::vector<MeshD> cutterRecords;
         for (const Mesh& cutter : cutters) cutterRecords.push_back(viewOf(cutter));
         MeshD* output = orva_meshd_create(0);
-        c(output, &record, cutterRecords.data(), static_cast<std::int32_t>(cutterRecords.size()));
+        withAWorker([&] { c(output, &record, cutterRecords.data(), static_cast<std::int32_t>(cutterRecords.size())); });
         Mesh result = meshOf(*output);
         orva_meshd_destroy(output);
         return result;

@@ -3,6 +3,7 @@
 #include "measures.hpp"
 #include "mesh/convert.hpp"
 #include "polygons.hpp"
+#include "worker.hpp"
 
 #include <string>
 
@@ -46,6 +47,18 @@ std::string traceOf(int count) {
     return trace;
 }
 
+NodePtr unite(const TreeList& trees, UnionStrategy strategy) {
+    return test::withAWorker([&] { return unionTreeList(trees, strategy); });
+}
+
+NodePtr uniteInParallel(const TreeList& trees) {
+    return unite(trees, UnionStrategy::TaskGroup);
+}
+
+void subtractUnion(Mesh& output, const Mesh& base, const std::vector<Mesh>& cutters, UnionStrategy strategy) {
+    test::withAWorker([&] { subtractUnionOfMeshes(output, base, cutters, strategy); });
+}
+
 constexpr UnionStrategy STRATEGIES[]{UnionStrategy::Sequential, UnionStrategy::Async, UnionStrategy::TaskGroup};
 
 } // namespace
@@ -67,13 +80,13 @@ TEST(SequentialReducer, OfThreeTreesUnitesTheThirdWithTheUnionOfTheFirstTwo) {
 }
 
 TEST(Reducers, OfNoTreesGiveNull) {
-    for (const UnionStrategy strategy : STRATEGIES) EXPECT_EQ(unionTreeList({}, strategy), nullptr);
+    for (const UnionStrategy strategy : STRATEGIES) EXPECT_EQ(unite({}, strategy), nullptr);
 }
 
 TEST(Reducers, OfOneTreeGiveACopy) {
     const TreeList trees = overlapping(1);
     for (const UnionStrategy strategy : STRATEGIES) {
-        const NodePtr result = unionTreeList(trees, strategy);
+        const NodePtr result = unite(trees, strategy);
         EXPECT_NE(result, trees[0]);
         EXPECT_TRUE(sameTree(result.get(), trees[0].get()));
     }
@@ -83,7 +96,7 @@ TEST(Reducers, OfTwoTreesGiveTheirUnionBitForBit) {
     const TreeList trees = overlapping(2);
     const NodePtr expected = unionOf(*trees[0], *trees[1]);
     for (const UnionStrategy strategy : STRATEGIES) {
-        EXPECT_TRUE(sameTree(unionTreeList(trees, strategy).get(), expected.get()));
+        EXPECT_TRUE(sameTree(unite(trees, strategy).get(), expected.get()));
     }
 }
 
@@ -91,7 +104,7 @@ TEST(Reducers, LeaveTheirTreesAsTheyWere) {
     for (const UnionStrategy strategy : STRATEGIES) {
         const TreeList trees = overlapping(5);
         const TreeList before = overlapping(5);
-        (void)unionTreeList(trees, strategy);
+        (void)unite(trees, strategy);
         for (std::size_t i = 0; i < trees.size(); ++i) EXPECT_TRUE(sameTree(trees[i].get(), before[i].get()));
     }
 }
@@ -101,7 +114,7 @@ TEST(Reducers, OfManyTreesGiveTheSameSolid) {
         const TreeList trees = overlapping(count);
         const double expected = volumeOf(*unionTreeListSequential(trees));
         EXPECT_NEAR(volumeOf(*unionTreeListAsync(trees)), expected, 1e-9 * expected);
-        EXPECT_NEAR(volumeOf(*unionTreeListParallel(trees)), expected, 1e-9 * expected);
+        EXPECT_NEAR(volumeOf(*uniteInParallel(trees)), expected, 1e-9 * expected);
     }
 }
 
@@ -109,7 +122,7 @@ TEST(Reducers, TakeAnUnknownStrategyAsSequential) {
     const TreeList trees = overlapping(3);
     const NodePtr expected = unionTreeListSequential(trees);
     for (const int value : {3, -1}) {
-        EXPECT_TRUE(sameTree(unionTreeList(trees, static_cast<UnionStrategy>(value)).get(), expected.get()));
+        EXPECT_TRUE(sameTree(unite(trees, static_cast<UnionStrategy>(value)).get(), expected.get()));
     }
 }
 
@@ -146,7 +159,7 @@ TEST(SubtractUnionOfMeshes, OfOneCutterIsTheDifferenceForEveryStrategy) {
     combineMeshes(expected, base, test::unitCube(), subtractTrees);
     for (const int value : {0, 1, 2, 3, -1}) {
         Mesh result;
-        subtractUnionOfMeshes(result, base, {test::unitCube()}, static_cast<UnionStrategy>(value));
+        subtractUnion(result, base, {test::unitCube()}, static_cast<UnionStrategy>(value));
         EXPECT_TRUE(test::sameBits(result, expected));
     }
 }
@@ -155,7 +168,7 @@ TEST(SubtractUnionOfMeshes, WithoutCuttersLeavesTheOutputAlone) {
     for (const UnionStrategy strategy : STRATEGIES) {
         Mesh output = test::triangle({1, 2, 3}, {4, 5, 6}, {7, 8, 0});
         const Mesh before = output;
-        subtractUnionOfMeshes(output, test::unitCube(), {}, strategy);
+        subtractUnion(output, test::unitCube(), {}, strategy);
         EXPECT_TRUE(test::sameBits(output, before));
     }
 }
@@ -169,7 +182,7 @@ TEST(SubtractUnionOfMeshes, OfTwoCuttersIsOneUnionAndOneDifference) {
     polygonsToMesh(subtractTree(std::move(*treeOf(base)), std::move(*cutters))->collectPolygons(0), expected);
     for (const UnionStrategy strategy : STRATEGIES) {
         Mesh result;
-        subtractUnionOfMeshes(result, base, {c0, c1}, strategy);
+        subtractUnion(result, base, {c0, c1}, strategy);
         EXPECT_TRUE(test::sameBits(result, expected));
     }
 }
@@ -177,7 +190,7 @@ TEST(SubtractUnionOfMeshes, OfTwoCuttersIsOneUnionAndOneDifference) {
 TEST(SubtractUnionOfMeshes, WithAnEmptyCutterHasNoTriangles) {
     for (const UnionStrategy strategy : STRATEGIES) {
         Mesh output;
-        subtractUnionOfMeshes(output, test::unitCube(), {test::unitCube(), Mesh{}, test::unitCube()}, strategy);
+        subtractUnion(output, test::unitCube(), {test::unitCube(), Mesh{}, test::unitCube()}, strategy);
         EXPECT_TRUE(output.vertices.empty());
     }
 }
