@@ -5,8 +5,6 @@
 #include "program.hpp"
 #include "samples.hpp"
 
-#include <thread>
-
 namespace orva::program {
 namespace {
 
@@ -98,8 +96,8 @@ TEST_F(BooleanVerb, SubtractTakesManyCuttersInEveryMode) {
     const std::string c = file("c.off", boxFile({1.5, 1.5, 1.5}, {3, 3, 3}));
     const std::string d = file("d.off", boxFile({-1, -1, -1}, {0.5, 0.5, 0.5}));
     for (const std::string mode : {"sequential", "union", "parallel"}) {
-        if (mode == "parallel" && std::thread::hardware_concurrency() < 2) continue; // one line more, about that
-        const Outcome run = orva({"subtract", a, b, c, away, d, "-o", result, "--mode", mode});
+        Outcome run = orva({"subtract", a, b, c, away, d, "-o", result, "--mode", mode});
+        if (run.errors.starts_with("orva: one processor only")) run.errors.erase(0, run.errors.find('\n') + 1);
         expectLine(run, "subtract: 12 + 48 triangles in 4 meshes -> " + countIn(result));
         EXPECT_NEAR(signedVolume(readOff(contentOf(result))), 6.875, 1e-12) << mode;
     }

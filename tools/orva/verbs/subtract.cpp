@@ -3,10 +3,11 @@
 
 #include "orva/bspcsg.hpp"
 
+#include <tbb/info.h>
+
 #include <cstdio>
 #include <memory>
 #include <string>
-#include <thread>
 
 namespace orva::program {
 
@@ -15,8 +16,9 @@ namespace {
 using Mesh = Boolean::Mesh;
 
 void subtract(Mesh& output, const Mesh& base, const std::vector<Mesh>& cutters, std::string mode) {
-    // The parallel union needs a thread besides ours, or it never returns; the same solid can be had without.
-    if (mode == "parallel" && std::thread::hardware_concurrency() < 2) {
+    // The parallel union needs a thread of the scheduler besides ours, or it never returns; the same solid can be had
+    // without.
+    if (mode == "parallel" && tbb::info::default_concurrency() < 2) {
         std::fputs("orva: one processor only: merging the cutters in turn (--mode union)\n", stderr);
         mode = "union";
     }
