@@ -374,6 +374,14 @@ MeshPair fineSpheres(Random& random) {
     return dressed(random, std::move(a), std::move(b));
 }
 
+MeshPair placedAnywhere(Random& random) {
+    MeshPair pair = chance(random, 50) ? turnedSolids(random) : nearTolerance(random);
+    const Placement placement = anyPlacement(random);
+    place(placement, pair.a);
+    place(placement, pair.b);
+    return pair;
+}
+
 std::vector<Mesh> baseAndCutters(Random& random) {
     std::vector<Mesh> meshes{chance(random, 60) ? boxOnCoarseGrid(random) : smallMesh(random)};
     const int cutters = oneOf(random, {0, 1, 1, 2, 2, 3, 3, 4, 5, 7, 9});
@@ -589,6 +597,128 @@ reference::Tree arbitraryTree(Random& random, int count) {
         if (chance(random, 20)) node->polygons = polygonList(random, random.integer(0, 5));
     }
     return tree;
+}
+
+PolygonList smoothSurface(Random& random, int count) {
+    Mesh mesh;
+    if (chance(random, 50)) {
+        int level = 0;
+        while (20 << (2 * level) < count) ++level;
+        mesh = firstTriangles(turnedSphere(random, level), count);
+        if (chance(random, 50)) mesh = shuffled(random, mesh);
+    } else { // height (x^2 + a y^2) / 2 + b x y over a square
+        const double a = random.uniform(-1, 1);
+        const double b = random.uniform(-0.5, 0.5);
+        int steps = 1;
+        while (2 * steps * steps < count) ++steps;
+        const auto at = [&](int i, int j) {
+            const double x = 2.0 * i / steps - 1;
+            const double y = 2.0 * j / steps - 1;
+            return test::at(x, y, (x * x + a * y * y) / 2 + b * x * y);
+        };
+        for (int i = 0; i < steps; ++i) {
+            for (int j = 0; j < steps; ++j) {
+                for (const auto& [di, dj] : {std::pair{0, 0}, {1, 0}, {1, 1}, {0, 0}, {1, 1}, {0, 1}}) {
+                    mesh.vertices.push_back(at(i + di, j + dj));
+                }
+            }
+        }
+        mesh = turned(std::move(mesh), random);
+    }
+    return reference::polygonsOf(mesh);
+}
+
+PolygonList patchesAlong(Random& random, const reference::Node& tree, int count) {
+    std::vector<Plane> planes;
+    std::vector<const reference::Node*> open{&tree};
+    while (!open.empty()) {
+        const reference::Node* node = open.back();
+        open.pop_back();
+        if (node == nullptr) continue;
+        planes.push_back(node->plane);
+        open.push_back(node->front.get());
+        open.push_back(node->back.get());
+    }
+
+    PolygonList list;
+    while (list.size() < static_cast<std::size_t>(count)) {
+        const Plane& plane = planes[static_cast<std::size_t>(random.integer(0, static_cast<int>(planes.size()) - 1))];
+        const Vec3& n = plane.normal;
+        // Two directions in the plane; unit length does not matter.
+        const Vec3 any = point(random, -1, 1);
+        const Vec3 u{n.y * any.z - n.z * any.y, n.z * any.x - n.x * any.z, n.x * any.y - n.y * any.x};
+        const Vec3 v{n.y * u.z - n.z * u.y, n.z * u.x - n.x * u.z, n.x * u.y - n.y * u.x};
+        const double side = chance(random, 50) ? reference::EPSILON : -reference::EPSILON;
+        const double off = oneOf(random, {0.0, 1e-16, 1e-13, 1e-12, 1e-11, 1e-9, 1e-6});
+        const double reach = oneOf(random, {1e-3, 0.1, 1.0});
+        const int patch = random.integer(1, 120);
+        for (int i = 0; i < patch; ++i) {
+            Polygon polygon;
+            const double s = random.uniform(-reach, reach);
+            const double t = random.uniform(-reach, reach);
+            const int corners = random.integer(3, 5);
+            for (int k = 0; k < corners; ++k) {
+                Vec3 p = plus(Vec3{}, n, plane.w + side * (1 + random.uniform(-off, off)));
+                p = plus(p, u, s + random.uniform(-0.1, 0.1) * reach);
+                p = plus(p, v, t + random.uniform(-0.1, 0.1) * reach);
+                Vertex vertex{p, {}, {}};
+                carryAnything(random, vertex);
+                polygon.vertices.push_back(vertex);
+            }
+            if (chance(random, 2)) coordinate(polygon.vertices[0].pos, random.integer(0, 2)) = wildValue(random);
+            polygon.plane = chance(random, 70) ? plane : planeOf(polygon);
+            if (chance(random, 20)) polygon.plane = flipped(polygon.plane);
+            list.push_back(polygon);
+        }
+    }
+    return list;
+}
+
+Placement anyPlacement(Random& random) {
+    // Not beyond 1e9: where rounding is coarser than the tolerance, pieces can multiply without end.
+    const double scale = oneOf(random, {1e-5, 1e-3, 1.0, 1.0, 1e3, 1e6, 1e8});
+    Vec3 move{};
+    if (chance(random, 60)) move = point(random, -1, 1);
+    const double far = std::min(scale * oneOf(random, {1.0, 1e3, 1e6}), 5e8);
+    return {scale, {move.x * far, move.y * far, move.z * far}};
+}
+
+namespace {
+
+Vec3 placed(const Placement& placement, const Vec3& p) {
+    return plus(placement.move, p, placement.scale);
+}
+
+Plane placed(const Placement& placement, const Plane& plane) {
+    const Vec3& n = plane.normal;
+    const Vec3& by = placement.move;
+    return {n, plane.w * placement.scale + (n.x * by.x + n.y * by.y + n.z * by.z)};
+}
+
+} // namespace
+
+void place(const Placement& placement, Mesh& mesh) {
+    for (Vertex& vertex : mesh.vertices) vertex.pos = placed(placement, vertex.pos);
+}
+
+void place(const Placement& placement, PolygonList& polygons) {
+    for (Polygon& polygon : polygons) {
+        for (Vertex& vertex : polygon.vertices) vertex.pos = placed(placement, vertex.pos);
+        polygon.plane = placed(placement, polygon.plane);
+    }
+}
+
+void place(const Placement& placement, reference::Node& tree) {
+    std::vector<reference::Node*> open{&tree};
+    while (!open.empty()) {
+        reference::Node* node = open.back();
+        open.pop_back();
+        if (node == nullptr) continue;
+        node->plane = placed(placement, node->plane);
+        place(placement, node->polygons);
+        open.push_back(node->front.get());
+        open.push_back(node->back.get());
+    }
 }
 
 } // namespace orva::equivalence

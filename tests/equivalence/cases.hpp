@@ -41,6 +41,7 @@ MeshPair griddedBoxes(Random& random);            ///< so many triangles in one 
 MeshPair aroundPowersOfTwo(Random& random);       ///< about 16, 32, 64, 128 and 256 triangles
 MeshPair aroundAThousand(Random& random);         ///< and about 512, 1024 and 2048
 MeshPair fineSpheres(Random& random);             ///< 1,280 triangles in a or in b
+MeshPair placedAnywhere(Random& random);          ///< small or large numbers, or far from the origin
 std::vector<Mesh> baseAndCutters(Random& random); ///< the base, and up to nine cutters of all kinds
 
 // ---- polygon lists and trees ----
@@ -52,5 +53,22 @@ int listLength(Random& random, int most);
 
 /// A tree of `count` nodes that build could not have made: any shape, any planes, some polygons.
 reference::Tree arbitraryTree(Random& random, int count);
+
+/// The triangles of a smooth surface, of about `count`: a part of a sphere, or a wavy sheet.
+reference::PolygonList smoothSurface(Random& random, int count);
+
+/// Patches of polygons almost parallel to planes of the tree, with corners a tolerance off them, give or take a few
+/// roundings.
+reference::PolygonList patchesAlong(Random& random, const reference::Node& tree, int count);
+
+/// The same situation larger or smaller, or far from the origin.
+struct Placement {
+    double scale;
+    types::Vec3 move;
+};
+Placement anyPlacement(Random& random);
+void place(const Placement& placement, Mesh& mesh);
+void place(const Placement& placement, reference::PolygonList& polygons);
+void place(const Placement& placement, reference::Node& tree); ///< planes and polygons
 
 } // namespace orva::equivalence

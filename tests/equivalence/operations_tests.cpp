@@ -70,6 +70,9 @@ TEST(Operations, SizesAroundPowersOfTwo) {
 TEST(Operations, SizesAroundAThousand) {
     comparePairs(30, aroundAThousand);
 }
+TEST(Operations, SmallLargeAndFarFromTheOrigin) {
+    comparePairs(400, placedAnywhere);
+}
 TEST(Operations, FineSpheres) {
     comparePairs(5, fineSpheres);
 }

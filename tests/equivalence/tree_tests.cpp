@@ -122,6 +122,50 @@ TEST(Trees, ClipAgainstDeepChains) {
     });
 }
 
+TEST(Trees, ClipPatchesAToleranceOffThePlanes) {
+    forSeeds(600, [](Random& random) {
+        reference::Tree planes = std::make_unique<reference::Node>();
+        reference::build(*planes, smoothSurface(random, random.integer(1, 40)));
+        PolygonList list = patchesAlong(random, *planes, random.integer(1, 700));
+        if (chance(random, 50)) {
+            const Placement placement = anyPlacement(random);
+            place(placement, *planes);
+            place(placement, list);
+        }
+        bspcsg::NodePtr same = toLibrary(*planes);
+        const Both tree{std::move(planes), std::move(same)};
+        tree.clip(list);
+    });
+}
+
+TEST(Trees, ClipSmoothSurfaces) {
+    forSeeds(60, [](Random& random) {
+        const PolygonList planes = smoothSurface(random, random.integer(20, 300));
+        PolygonList list = chance(random, 50) ? smoothSurface(random, random.integer(100, 3000)) : planes;
+        Both tree = empty();
+        // The tree of another surface, or of some faces of the same one: each of those touches it.
+        if (chance(random, 50)) {
+            tree.build(planes);
+        } else {
+            PolygonList some;
+            for (int i = 0; i < 60; ++i) some.push_back(list[static_cast<std::size_t>(i) * 7 % list.size()]);
+            tree.build(some);
+        }
+        if (chance(random, 30)) tree.invert();
+        tree.clip(list);
+    });
+}
+
+TEST(Trees, BuildOfSmoothSurfaces) {
+    forSeeds(40, [](Random& random) {
+        PolygonList list = smoothSurface(random, random.integer(40, 700));
+        if (chance(random, 50)) place(anyPlacement(random), list);
+        Both tree = empty();
+        tree.build(list);
+        tree.build(smoothSurface(random, random.integer(40, 200)));
+    });
+}
+
 TEST(Trees, InvertCloneAndCollectArbitraryOnes) {
     forSeeds(600, [](Random& random) {
         Both tree = arbitrary(random, random.integer(1, 100));
