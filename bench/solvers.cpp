@@ -1,0 +1,186 @@
+#include "solvers.hpp"
+
+#include "bits.hpp"
+#include "cgal.hpp"
+#include "measures.hpp"
+#include "orva/bspcsg.hpp"
+#include "reference.hpp"
+
+#include <tbb/global_control.h>
+
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cmath>
+#include <csignal>
+#include <cstring>
+#include <stdexcept>
+
+namespace orva::bench {
+
+namespace {
+
+Mesh byReference(Operation operation, const Mesh& first, const std::vector<Mesh>& others) {
+    switch (operation) {
+    case Operation::Union:
+        return reference::unite(first, others[0]);
+    case Operation::Difference:
+        return reference::subtract(first, others[0]);
+    case Operation::Intersection:
+        return reference::intersect(first, others[0]);
+    case Operation::InTurn:
+        return reference::subtractInTurn(first, others);
+    default:
+        return reference::subtractUnion(first, others);
+    }
+}
+
+Mesh byCgal(Operation operation, const Mesh& first, const std::vector<Mesh>& others) {
+    switch (operation) {
+    case Operation::Union:
+        return cgal::unite(first, others[0]);
+    case Operation::Difference:
+        return cgal::subtract(first, others[0]);
+    case Operation::Intersection:
+        return cgal::intersect(first, others[0]);
+    case Operation::InTurn:
+        return cgal::subtractInTurn(first, others);
+    default:
+        return cgal::subtractUnion(first, others);
+    }
+}
+
+Mesh byLibrary(Operation operation, const Mesh& first, const std::vector<Mesh>& others) {
+    Mesh result;
+    switch (operation) {
+    case Operation::Union:
+        bspcsg::unionMesh(result, first, others[0]);
+        break;
+    case Operation::Difference:
+        bspcsg::subtractMesh(result, first, others[0]);
+        break;
+    case Operation::Intersection:
+        bspcsg::intersectMesh(result, first, others[0]);
+        break;
+    case Operation::InTurn:
+        bspcsg::subtractMultiMesh(result, first, others);
+        break;
+    case Operation::AsUnion:
+        bspcsg::subtractMultiUnionMesh(result, first, others);
+        break;
+    case Operation::ParallelUnion:
+        bspcsg::subtractMultiUnionMeshParallel(result, first, others);
+        break;
+    }
+    return result;
+}
+
+// Short jobs are repeated for this long.
+constexpr double AT_LEAST = 0.05;
+
+Solution solved(Solver solver, Operation operation, const std::vector<Mesh>& inputs) {
+    const Mesh& first = inputs.front();
+    const std::vector<Mesh> others(inputs.begin() + 1, inputs.end());
+    const auto by = solver == Solver::Reference ? byReference : solver == Solver::Cgal ? byCgal : byLibrary;
+    const tbb::global_control limit(tbb::global_control::max_allowed_parallelism, solver == Solver::TwoThreads ? 2 : 1);
+    Mesh warmUp; // the scheduler's thread starts before the clock does
+    bspcsg::unionMesh(warmUp, test::icosphere(1, {0, 0, 0}, 1), test::icosphere(1, {0.5, 0, 0}, 1));
+
+    using Clock = std::chrono::steady_clock;
+    const auto run = [&](Mesh& result) {
+        const auto start = Clock::now();
+        result = by(operation, first, others);
+        return std::chrono::duration<double>(Clock::now() - start).count();
+    };
+    Mesh result;
+    double seconds = run(result);
+    if (seconds < AT_LEAST) { // the first run was a warm-up
+        double total = 0;
+        int runs = 0;
+        for (; total < AT_LEAST; ++runs) total += run(result);
+        seconds = total / runs;
+    }
+    test::BitHash hash;
+    hash.add(result);
+    return {seconds, result.vertices.size() / 3, hash.value(), test::volume(result)};
+}
+
+// What the child sends: a solution, or words.
+struct Message {
+    bool solved = false;
+    Solution solution{};
+    char words[160]{};
+};
+
+[[noreturn]] void solveAndExit(int pipe, Solver solver, Operation operation, const std::vector<Mesh>& inputs) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // nothing goes on when the measuring is broken off
+    Message message;
+    try {
+        message.solution = solved(solver, operation, inputs);
+        message.solved = true;
+    } catch (const std::exception& exception) {
+        std::strncpy(message.words, exception.what(), sizeof message.words - 1);
+    }
+    const bool sent = write(pipe, &message, sizeof message) == static_cast<ssize_t>(sizeof message);
+    _exit(sent ? 0 : 1);
+}
+
+} // namespace
+
+const char* nameOf(Solver solver) {
+    switch (solver) {
+    case Solver::Reference:
+        return "plain reading";
+    case Solver::OneThread:
+        return "1 thread";
+    case Solver::TwoThreads:
+        return "2 threads";
+    default:
+        return "CGAL";
+    }
+}
+
+bool canDo(Solver solver, Operation operation) {
+    return operation != Operation::ParallelUnion || solver == Solver::TwoThreads;
+}
+
+Solution solve(Solver solver, Operation operation, const std::vector<Mesh>& inputs, double limit) {
+    int ends[2];
+    if (pipe(ends) != 0) throw std::runtime_error("no pipe");
+    const pid_t child = fork();
+    if (child < 0) throw std::runtime_error("no process");
+    if (child == 0) solveAndExit(ends[1], solver, operation, inputs);
+    close(ends[1]);
+
+    pollfd ready{ends[0], POLLIN, 0};
+    const bool inTime = poll(&ready, 1, static_cast<int>(limit * 1000)) > 0;
+    Message message;
+    const bool received = inTime && read(ends[0], &message, sizeof message) == static_cast<ssize_t>(sizeof message);
+    if (!inTime) kill(child, SIGKILL);
+    close(ends[0]);
+    waitpid(child, nullptr, 0);
+
+    if (!inTime) throw std::runtime_error("> " + std::to_string(std::lround(limit)) + " s");
+    if (!received) throw std::runtime_error("crashed");
+    if (!message.solved) throw std::runtime_error(message.words);
+    return message.solution;
+}
+
+std::optional<std::string> Check::operator()(Solver solver, const Solution& solution) {
+    if (solution.triangles == 0) return "an empty result";
+    if (solver != Solver::Cgal && operation_ != Operation::ParallelUnion) {
+        if (!bits_) bits_ = solution.bits;
+        if (*bits_ != solution.bits) return "other bits";
+    }
+    // Our results may have hair-thin gaps, and CGAL rounds where it cuts: far less than this.
+    if (!volume_) volume_ = solution.volume;
+    if (!(std::abs(solution.volume - *volume_) <= 1e-4 * std::abs(*volume_))) {
+        return "volume " + std::to_string(solution.volume) + " against " + std::to_string(*volume_);
+    }
+    return std::nullopt;
+}
+
+} // namespace orva::bench

@@ -1,0 +1,50 @@
+// Who does a job: the plain reading, the library with one and two threads, CGAL.
+#pragma once
+
+#include "cases.hpp"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+
+namespace orva::bench {
+
+enum class Solver { Reference, OneThread, TwoThreads, Cgal };
+
+inline constexpr std::array<Solver, 4> solvers{Solver::Reference, Solver::OneThread, Solver::TwoThreads, Solver::Cgal};
+
+const char* nameOf(Solver solver);
+
+/// False for jobs that a solver has no way to do: the parallel union has one only in the library, with two threads.
+bool canDo(Solver solver, Operation operation);
+
+/// What is known of one result.
+struct Solution {
+    double seconds;
+    std::uint64_t triangles;
+    std::uint64_t bits; ///< a hash
+    double volume;
+};
+
+/// Solves it in a process of its own, with the clock running from triangle list to triangle list: once, or short jobs
+/// many times, for their mean. Throws std::runtime_error with a few words where there is no result: what the solver
+/// said, that it crashed, or that it took longer than `limit` seconds.
+///
+/// The calling process must not have used the task scheduler: its threads are not copied into the new process.
+Solution solve(Solver solver, Operation operation, const std::vector<Mesh>& inputs, double limit);
+
+/// Holds the results for one job against each other: the library's and the plain reading's are the same bit for bit
+/// (except for the parallel union's), and all enclose the same volume.
+class Check {
+public:
+    explicit Check(Operation operation) : operation_(operation) {}
+    /// What is wrong, or nothing.
+    std::optional<std::string> operator()(Solver solver, const Solution& solution);
+
+private:
+    Operation operation_;
+    std::optional<std::uint64_t> bits_;
+    std::optional<double> volume_;
+};
+
+} // namespace orva::bench
