@@ -6,7 +6,9 @@
 #include "bsp/node.hpp"
 #include "bsp/sift.hpp"
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace orva::bspcsg {
 
@@ -23,32 +25,78 @@ Node& childAt(NodePtr& child) {
     return *child;
 }
 
+bool isBare(const Node& node) {
+    return !isSet(node.plane) && node.front == nullptr && node.back == nullptr;
+}
+
+// A polygon that waits for the rest of its list.
+struct Waiting {
+    Node* node;
+    Slot slot;
+};
+
+// Divides the part that has reached a node, and what comes of it, and so on. With `waiting`, what reaches a node that
+// has nothing yet is put aside there instead.
+void grow(Sifter& sifter, Node& root, const Sifter::Part& all, List<Waiting>* waiting) {
+    List<WorkItem<Node>> work;
+    work.push_back({&root, all, 0});
+    while (!work.empty()) {
+        const auto [node, part, level] = work.back();
+        work.pop_back();
+        if (waiting != nullptr && isBare(*node)) {
+            sifter.takeAll(part, [&, to = node](const Slot& slot) { waiting->push_back({to, slot}); });
+            continue;
+        }
+        // The first polygon to reach a node without a plane gives it its own and stays there.
+        // note: it stays unclassified. A needle-thin or very large triangle can have a corner farther than EPSILON
+        // from the plane computed for it; classified, it would go on to a new child, which takes the same plane,
+        // without end.
+        const bool takesPlane = !isSet(node->plane);
+        if (takesPlane) node->plane = sifter.first(part).plane;
+
+        const Sifter::Parts parts = sifter.divide(node->plane, part, {.keepFirst = takesPlane, .keepCoplanar = true});
+        if (sifter.keptCount() > 0) {
+            node->polygons.reserve(node->polygons.size() + sifter.keptCount());
+            sifter.forEachKept([&, to = node](Polygon& polygon) { to->polygons.push_back(std::move(polygon)); });
+        }
+        if (parts.back.count > 0) work.push_back({&childAt(node->back), parts.back, level + 1});
+        if (parts.front.count > 0) work.push_back({&childAt(node->front), parts.front, level + 1});
+    }
+}
+
 } // namespace
 
 void Node::build(PolygonList input) {
     if (input.empty()) return;
     Sifter sifter(std::move(input));
-    List<WorkItem<Node>> level;
-    List<WorkItem<Node>> nextLevel;
-    level.push_back({this, sifter.start()});
-    while (!level.empty()) {
-        for (const auto& [node, part] : level) {
-            // The first polygon to reach a node without a plane gives it its own and stays there.
-            // note: it stays unclassified. A needle-thin or very large triangle can have a corner farther than EPSILON
-            // from the plane computed for it; classified, it would go on to a new child, which takes the same plane,
-            // without end.
-            const bool takesPlane = !isSet(node->plane);
-            if (takesPlane) node->plane = sifter.first(part).plane;
+    grow(sifter, *this, sifter.start(), nullptr);
+}
 
-            const Sifter::Parts parts =
-                sifter.divide(node->plane, part, {.keepFirst = takesPlane, .keepCoplanar = true});
-            sifter.forEachKept([&](Polygon& polygon, std::uint32_t) { node->polygons.push_back(std::move(polygon)); });
-            if (parts.front.count > 0) nextLevel.push_back({&childAt(node->front), parts.front});
-            if (parts.back.count > 0) nextLevel.push_back({&childAt(node->back), parts.back});
+void Node::buildIn(Newcomers<double> newcomers) {
+    if (newcomers.polygons.empty()) return;
+    Sifter sifter(std::move(newcomers.polygons));
+    List<Waiting> waiting;
+    List<Slot> others;
+    sifter.takeAll(sifter.start(), [&](const Slot& slot) {
+        Node* place = newcomers.places[slot.rank];
+        if (place == nullptr) {
+            others.push_back(slot);
+        } else {
+            waiting.push_back({&childAt(place->front), slot});
         }
-        std::swap(level, nextLevel);
-        nextLevel.clear();
-        sifter.descend();
+    });
+    if (!others.empty()) grow(sifter, *this, sifter.put(others.data(), others.data() + others.size()), &waiting);
+
+    // Every list is complete now: all that reach one new node, from here or from there, in the order in which they
+    // came.
+    std::sort(waiting.begin(), waiting.end(), [](const Waiting& a, const Waiting& b) {
+        return a.node != b.node ? std::less<>()(a.node, b.node) : a.slot.rank < b.slot.rank;
+    });
+    for (std::size_t i = 0; i < waiting.size();) {
+        Node* const node = waiting[i].node;
+        others.clear();
+        for (; i < waiting.size() && waiting[i].node == node; ++i) others.push_back(waiting[i].slot);
+        grow(sifter, *node, sifter.put(others.data(), others.data() + others.size()), nullptr);
     }
 }
 

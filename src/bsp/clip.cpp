@@ -12,77 +12,143 @@
 #include <tbb/task_group.h>
 
 #include <algorithm>
+#include <mutex>
 
 namespace orva::bspcsg {
 
 namespace {
 
-// Sends all polygons of the sifter down the tree and calls take(polygon, rank) for each that survives, in the order in
-// which they fall out.
-template <typename Take> void clip(Sifter& sifter, const Node& tree, Take take) {
-    List<WorkItem<const Node>> level;
-    List<WorkItem<const Node>> nextLevel;
-    level.push_back({&tree, sifter.start()});
-    while (!level.empty()) {
-        for (const auto& [node, part] : level) {
-            // What falls out in front takes its turn in the queue like the rest: that is the order of the result.
-            if (node == nullptr) {
-                sifter.forEach(part, take);
-                continue;
-            }
-            // note: only whether a node exists is asked, never whether its plane is set. Against the plane of an empty
-            // tree, all zeros, everything is coplanar and goes behind, where there is no child: an empty tree removes
-            // everything.
-            const Sifter::Parts parts = sifter.divide(node->plane, part, {.dropBack = node->back == nullptr});
-            if (parts.front.count > 0) nextLevel.push_back({node->front.get(), parts.front});
-            if (parts.back.count > 0) nextLevel.push_back({node->back.get(), parts.back});
+// What falls out of a tree: a polygon of the pool, and the node in front of which it did.
+template <typename NodeType> struct Survivor {
+    NodeType* place;
+    std::uint32_t level;
+    std::uint32_t polygon;
+    std::uint32_t rank;
+};
+
+// Sends all polygons of the sifter down the tree and gives what survives, in the order in which the pieces fall out of
+// a breadth-first walk.
+template <typename NodeType> List<Survivor<NodeType>> clip(Sifter& sifter, NodeType& tree) {
+    List<Survivor<NodeType>> found;
+    List<std::uint32_t> begins; // by level: how many before it
+    List<WorkItem<NodeType>> work;
+    work.push_back({&tree, sifter.start(), 0});
+    while (!work.empty()) {
+        const auto [node, part, level] = work.back();
+        work.pop_back();
+        // note: only whether a node exists is asked, never whether its plane is set. Against the plane of an empty
+        // tree, all zeros, everything is coplanar and goes behind, where there is no child: an empty tree removes
+        // everything.
+        const Sifter::Parts parts = sifter.divide(node->plane, part, {.dropBack = node->back == nullptr});
+        if (parts.back.count > 0) work.push_back({node->back.get(), parts.back, level + 1});
+        if (parts.front.count == 0) continue;
+        if (node->front != nullptr) {
+            work.push_back({node->front.get(), parts.front, level + 1});
+            continue;
         }
-        std::swap(level, nextLevel);
-        nextLevel.clear();
-        sifter.descend();
+        // What falls out takes its turn among its level like the rest: that is the order of the result.
+        if (begins.size() < level + 2) begins.resize(level + 2);
+        begins[level + 1] += parts.front.count;
+        sifter.takeAll(parts.front, [&, at = node, on = level](const Slot& slot) {
+            found.push_back({at, on, slot.polygon, slot.rank});
+        });
     }
+    // Both walks visit the nodes of one level in the same order.
+    for (std::size_t i = 1; i < begins.size(); ++i) begins[i] += begins[i - 1];
+    List<Survivor<NodeType>> survivors;
+    survivors.resize(found.size());
+    for (const Survivor<NodeType>& survivor : found) survivors[begins[survivor.level]++] = survivor;
+    return survivors;
+}
+
+// Some nodes of a tree, by their places in the list of all.
+using Group = List<std::uint32_t>;
+
+// Polygons as one list, moved out of their nodes, and the place of the node of each.
+struct Gathered {
+    PolygonList polygons;
+    List<std::uint32_t> owners;
+};
+
+Gathered gather(const List<Node*>& nodes, const Group& group) {
+    std::size_t count = 0;
+    for (const std::uint32_t i : group) count += nodes[i]->polygons.size();
+    Gathered gathered;
+    gathered.polygons.reserve(count);
+    gathered.owners.reserve(count);
+    for (const std::uint32_t i : group) {
+        for (Polygon& polygon : nodes[i]->polygons) {
+            gathered.polygons.push_back(std::move(polygon));
+            gathered.owners.push_back(i);
+        }
+        nodes[i]->polygons.clear();
+    }
+    return gathered;
 }
 
 // Clips the polygons of many nodes as one list. Each node's own walk would visit the other tree in the common order,
 // restricted to the nodes that it reaches; so what falls out, taken in that order and handed back to its owner, is for
 // every node the list that it would have got alone.
-void clipNodes(const List<Node*>& nodes, const Node& other) {
-    std::size_t count = 0;
-    for (const Node* node : nodes) count += node->polygons.size();
-    PolygonList all;
-    List<Node*> owners; // by rank
-    all.reserve(count);
-    owners.reserve(count);
-    for (Node* node : nodes) {
-        for (Polygon& polygon : node->polygons) {
-            all.push_back(std::move(polygon));
-            owners.push_back(node);
-        }
-        node->polygons.clear();
+void clipNodes(const List<Node*>& nodes, const Group& group, const Node& other) {
+    Gathered gathered = gather(nodes, group);
+    Sifter sifter(std::move(gathered.polygons));
+    for (const auto& survivor : clip(sifter, other)) {
+        nodes[gathered.owners[survivor.rank]]->polygons.push_back(std::move(sifter.polygonAt(survivor.polygon)));
     }
-    Sifter sifter(std::move(all));
-    clip(sifter, other,
-         [&](Polygon& polygon, std::uint32_t rank) { owners[rank]->polygons.push_back(std::move(polygon)); });
 }
 
-} // namespace
+// A polygon that has been clipped twice.
+struct Piece {
+    Polygon polygon;
+    Node* place; // of which it is certain that it would fall out there again; or null
+    std::uint32_t owner;
+};
 
-PolygonList Node::clipPolygonList(PolygonList input) const {
-    PolygonList result;
-    if (input.empty()) return result;
-    result.reserve(input.size());
-    Sifter sifter(std::move(input));
-    clip(sifter, *this, [&](Polygon& polygon, std::uint32_t) { result.push_back(std::move(polygon)); });
-    return result;
+// Clips the polygons of many nodes, turns them around, and clips them again. The lists of different nodes have nothing
+// to do with each other, so only those go again of which some polygon would not go the same way.
+List<Piece> clipTwice(const List<Node*>& nodes, const Group& group, Node& other, Turn turn) {
+    Gathered gathered = gather(nodes, group);
+    if (gathered.polygons.empty()) return {};
+    Sifter sifter(std::move(gathered.polygons));
+    const List<Survivor<Node>> survivors = clip(sifter, other);
+    List<std::uint8_t> again; // by owner, from the group's first on
+    const std::uint32_t first = group.front();
+    again.resize(group.back() - first + 1);
+    for (const auto& survivor : survivors) {
+        if (!sifter.isCertain(survivor.polygon)) again[gathered.owners[survivor.rank] - first] = 1;
+    }
+    List<Piece> pieces;
+    Gathered turned;
+    pieces.reserve(survivors.size());
+    for (const auto& survivor : survivors) {
+        const std::uint32_t owner = gathered.owners[survivor.rank];
+        Polygon& polygon = sifter.polygonAt(survivor.polygon);
+        const bool goesAgain = again[owner - first] != 0;
+        if (goesAgain || turn == Turn::Around) flip(polygon);
+        if (goesAgain) {
+            ORVA_COUNT(uncertain);
+            turned.polygons.push_back(std::move(polygon));
+            turned.owners.push_back(owner);
+        } else {
+            ORVA_COUNT(certain);
+            pieces.push_back({std::move(polygon), survivor.place, owner});
+        }
+    }
+    if (turned.polygons.empty()) return pieces;
+    Sifter second(std::move(turned.polygons));
+    for (const auto& survivor : clip(second, other)) {
+        Polygon& polygon = second.polygonAt(survivor.polygon);
+        if (turn == Turn::AndBack) flip(polygon);
+        Node* const place = second.isCertain(survivor.polygon) ? survivor.place : nullptr;
+        pieces.push_back({std::move(polygon), place, turned.owners[survivor.rank]});
+    }
+    return pieces;
 }
 
-void clipNodePolygons(Node& node, const Node& other) {
-    node.polygons = other.clipPolygonList(std::move(node.polygons));
-}
-
-void Node::clipTree(const Node& other) {
-    const List<Node*> nodes = collectNodes(0);
-
+// Few long runs of nodes, at most halves of the list, as one group each; nodes with many polygons are taken out of them
+// and spread as tasks.
+template <typename ClipLight, typename ClipHeavy>
+void divideWork(const List<Node*>& nodes, ClipLight clipLight, ClipHeavy clipHeavy) {
     // note: both kinds of work run in contexts of their own. A bound context would let a host that cancels the task in
     // which it called us end the loop early and silently, with half a solid; and heavy tasks are first spawned inside
     // the loop, whose context they must outlive. The threads that help compute with the caller's floating-point
@@ -92,23 +158,22 @@ void Node::clipTree(const Node& other) {
     tbb::task_group_context heavyContext(tbb::task_group_context::isolated, traits);
     tbb::task_group heavyNodes(heavyContext);
 
-    // Few long runs of nodes, at most halves of the list; the heavy nodes are taken out of them and spread as tasks.
     const std::size_t grain = std::max<std::size_t>(nodes.size() / 2, 1);
     try {
         tbb::parallel_for(
             tbb::blocked_range<std::size_t>(0, nodes.size(), grain),
             [&](const tbb::blocked_range<std::size_t>& run) {
-                List<Node*> lightNodes;
-                lightNodes.reserve(run.size());
+                Group light;
+                light.reserve(run.size());
                 for (std::size_t i = run.begin(); i != run.end(); ++i) {
-                    Node* node = nodes[i];
-                    if (node->polygons.size() > NODE_TASK_THRESHOLD) {
-                        heavyNodes.run([node, &other] { clipNodePolygons(*node, other); });
+                    const auto place = static_cast<std::uint32_t>(i);
+                    if (nodes[i]->polygons.size() > NODE_TASK_THRESHOLD) {
+                        heavyNodes.run([place, &clipHeavy] { clipHeavy(place); });
                     } else {
-                        lightNodes.push_back(node);
+                        light.push_back(place);
                     }
                 }
-                clipNodes(lightNodes, other);
+                if (!light.empty()) clipLight(light);
             },
             tbb::auto_partitioner(), loopContext);
     } catch (...) {
@@ -122,6 +187,65 @@ void Node::clipTree(const Node& other) {
         throw;
     }
     heavyNodes.wait();
+}
+
+} // namespace
+
+PolygonList Node::clipPolygonList(PolygonList input) const {
+    PolygonList result;
+    if (input.empty()) return result;
+    Sifter sifter(std::move(input));
+    const auto survivors = clip(sifter, *this);
+    result.reserve(survivors.size());
+    for (const auto& survivor : survivors) result.push_back(std::move(sifter.polygonAt(survivor.polygon)));
+    return result;
+}
+
+void clipNodePolygons(Node& node, const Node& other) {
+    node.polygons = other.clipPolygonList(std::move(node.polygons));
+}
+
+void Node::clipTree(const Node& other) {
+    const List<Node*> nodes = collectNodes(0);
+    divideWork(
+        nodes, [&](const Group& light) { clipNodes(nodes, light, other); },
+        [&](std::uint32_t heavy) { clipNodePolygons(*nodes[heavy], other); });
+}
+
+Newcomers<double> takeClippedTwice(Node& tree, Node& other, Turn turn) {
+    // Breadth-first as the tree is in the end: turned around, its front and back are exchanged.
+    const NodePtr Node::*const first = turn == Turn::AndBack ? &Node::front : &Node::back;
+    const NodePtr Node::*const second = turn == Turn::AndBack ? &Node::back : &Node::front;
+    List<Node*> nodes;
+    nodes.push_back(&tree);
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        Node* const node = nodes[i];
+        if (node->*first != nullptr) nodes.push_back((node->*first).get());
+        if (node->*second != nullptr) nodes.push_back((node->*second).get());
+    }
+    List<Piece> pieces;
+    std::mutex mutex;
+    const auto clipGroup = [&](const Group& group) {
+        List<Piece> found = clipTwice(nodes, group, other, turn);
+        const std::lock_guard<std::mutex> lock(mutex);
+        for (Piece& piece : found) pieces.push_back(std::move(piece));
+    };
+    divideWork(nodes, clipGroup, [&](std::uint32_t heavy) { clipGroup({heavy}); });
+
+    // Node by node, as they would be taken from the tree. All pieces of a node were made by one thread, in order.
+    List<std::uint32_t> begins; // by owner
+    begins.resize(nodes.size() + 1);
+    for (const Piece& piece : pieces) ++begins[piece.owner + 1];
+    for (std::size_t i = 1; i < begins.size(); ++i) begins[i] += begins[i - 1];
+    Newcomers<double> newcomers;
+    newcomers.polygons.resize(pieces.size());
+    newcomers.places.resize(pieces.size());
+    for (Piece& piece : pieces) {
+        const std::uint32_t i = begins[piece.owner]++;
+        newcomers.polygons[i] = std::move(piece.polygon);
+        newcomers.places[i] = piece.place;
+    }
+    return newcomers;
 }
 
 } // namespace orva::bspcsg

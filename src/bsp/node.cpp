@@ -84,8 +84,9 @@ void Node::countElements(std::uint32_t* nodeCount, std::uint32_t* polygonCount, 
         const Node* node = queue.take();
         nodes += 1;
         polygonTotal += static_cast<std::uint32_t>(node->polygons.size());
-        for (const Polygon& polygon : node->polygons) {
-            vertexTotal += static_cast<std::uint32_t>(polygon.vertices.size());
+        if (vertexCount != nullptr) {
+            for (const Polygon& polygon : node->polygons)
+                vertexTotal += static_cast<std::uint32_t>(polygon.vertices.size());
         }
         if (node->front) queue.push(node->front.get());
         if (node->back) queue.push(node->back.get());

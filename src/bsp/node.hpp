@@ -28,6 +28,10 @@ namespace orva::bspcsg {
 /// Thread safety: a tree may be read by many threads at once; while it is changed it belongs to one.
 template <typename T> struct CSGNode;
 
+/// Polygons on their way into a tree, and for each of them the node in front of which it is known to end up, one
+/// without a front child; null where nothing is known.
+template <typename T> struct Newcomers;
+
 template <> struct CSGNode<double> {
     std::unique_ptr<CSGNode> front;
     std::unique_ptr<CSGNode> back;
@@ -61,6 +65,9 @@ template <> struct CSGNode<double> {
     /// On failure the tree is well formed and keeps what was placed by then.
     void build(PolygonList polygons);
 
+    /// The same, to the last bit, for polygons of which it is known in part where they go.
+    void buildIn(Newcomers<double> newcomers);
+
     // ---- clip.cpp ----
 
     /// What of the polygons lies outside this tree's solid, in the order in which the pieces fall out of the tree.
@@ -82,6 +89,11 @@ template <> struct CSGNode<double> {
     [[nodiscard]] PolygonList takePolygons();
 };
 
+template <> struct Newcomers<double> {
+    PolygonList polygons;
+    List<CSGNode<double>*> places;
+};
+
 using Node = CSGNode<double>;
 using NodePtr = std::unique_ptr<Node>;
 
@@ -91,6 +103,14 @@ inline constexpr std::size_t NODE_TASK_THRESHOLD = 1024;
 
 /// Makes the new, empty node `target` a deep copy of the tree at `source`.
 void copyInto(const Node& source, Node& target);
+
+/// How a tree is turned around between two clippings: for good, or back again after the second.
+enum class Turn { Around, AndBack };
+
+/// The polygons that tree.clipTree(other), tree.invert(), tree.clipTree(other) and, for Turn::AndBack, tree.invert()
+/// would leave in a tree, taken out of it in order; its planes stay as they are. Of almost all it is known after the
+/// first clipping where they end up after the second, and in other.buildIn.
+Newcomers<double> takeClippedTwice(Node& tree, Node& other, Turn turn);
 
 /// The step of clipTree for one node.
 void clipNodePolygons(Node& node, const Node& other);

@@ -1,6 +1,7 @@
 #include "bsp/sift.hpp"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <limits>
 
@@ -8,137 +9,115 @@ namespace orva::bspcsg {
 
 namespace {
 
-constexpr Bounds NOWHERE{{NAN, NAN, NAN, NAN, NAN, NAN}};
+constexpr Bounds NOWHERE{{NAN, NAN, NAN}, {NAN, NAN, NAN}};
 
-// One unit in the last place and the smallest normal number outward (a caller may have subnormals flushed): never
-// inside the rounded value, cheap, and infinite or not a number beyond the reach of floats.
-float below(double value) {
+// Coordinates beyond this have no box: far enough inside the range of floats for every sum of products here.
+constexpr double FARTHEST = 1e30;
+
+// Larger by a few units in the last place and the smallest normal number: never below a value that is not negative,
+// however the caller rounds and whether subnormals are flushed.
+float outward(double value) {
     const auto rounded = static_cast<float>(value);
-    return rounded - (std::abs(rounded) * 0x1p-23F + std::numeric_limits<float>::min());
-}
-float above(double value) {
-    const auto rounded = static_cast<float>(value);
-    return rounded + (std::abs(rounded) * 0x1p-23F + std::numeric_limits<float>::min());
+    return rounded + (rounded * 0x1p-21F + std::numeric_limits<float>::min());
 }
 
 bool isNowhere(const Bounds& box) {
-    return std::isnan(box.side[0]);
+    return std::isnan(box.middle[0]);
 }
 
-Bounds around(const Bounds& a, const Bounds& b) {
-    if (isNowhere(a) || isNowhere(b)) return NOWHERE;
-    Bounds box;
-    for (std::size_t i = 0; i < 3; ++i) box.side[i] = std::min(a.side[i], b.side[i]);
-    for (std::size_t i = 3; i < 6; ++i) box.side[i] = std::max(a.side[i], b.side[i]);
-    return box;
+float reachOf(const Bounds& box) {
+    float reach = 0;
+    for (std::size_t i = 0; i < 3; ++i) reach = std::max(reach, std::abs(box.middle[i]) + box.half[i]);
+    return reach;
 }
 
-// Far above the rounding errors of any distance computed here or in the exact classification, which stay below 1e-15 of
-// the sum of the absolute values of its terms.
-constexpr double MARGIN = 1e-12;
-
-struct Interval {
-    double low;
-    double high;
-};
-
-// The extent of a boxed slab along n, with the margin.
-Interval extentAlong(const Vec3& n, const Bounds& box, const Slab& slab) {
-    const Vec3 d{slab.direction[0], slab.direction[1], slab.direction[2]};
-    const double along = dot(n, d);
-    const std::array<double, 3> rest{n.x - along * d.x, n.y - along * d.y, n.z - along * d.z};
-    const double first = along * slab.low;
-    const double second = along * slab.high;
-    Interval extent{std::min(first, second), std::max(first, second)};
-    double reach = 0;
-    for (std::size_t i = 0; i < 3; ++i) {
-        const double low = rest[i] * box.side[i];
-        const double high = rest[i] * box.side[i + 3];
-        extent.low += std::min(low, high);
-        extent.high += std::max(low, high);
-        reach += std::max(std::abs(box.side[i]), std::abs(box.side[i + 3]));
-    }
-    // Neither direction is longer than 2 where this is asked, so no term above is larger than 6 times the reach.
-    const double margin = MARGIN * (std::abs(first) + std::abs(second) + 6 * reach);
-    return {extent.low - margin, extent.high + margin};
-}
-
-// Whether a normal is of about unit length: only then slabs are asked. NaN and infinity are not.
+// Of unit length but for a few thousandths: what the margins assume of a plane's normal. NaN and infinity are not.
 bool isAboutUnit(const Vec3& n) {
     const double square = dot(n, n);
-    return square > 0.5 && square < 2;
+    return square > 0.99 && square < 1.01;
 }
 
-// A direction for what lies along two others; none (all zeros) where they cancel. With none, a slab says no more than
-// its box.
-std::array<float, 3> between(const std::array<float, 3>& a, const std::array<float, 3>& b) {
-    const double x = double{a[0]} + b[0];
-    const double y = double{a[1]} + b[1];
-    const double z = double{a[2]} + b[2];
-    const double length = std::sqrt(x * x + y * y + z * z);
-    if (length < 0.1) return {0, 0, 0};
-    return {static_cast<float>(x / length), static_cast<float>(y / length), static_cast<float>(z / length)};
-}
+struct Interval {
+    double low = std::numeric_limits<double>::infinity();
+    double high = -std::numeric_limits<double>::infinity();
+};
 
 bool byRank(const Slot& a, const Slot& b) {
     return a.rank < b.rank;
 }
 
+// How many bits of a mask of four lanes are set.
+std::uint32_t countOf(std::uint32_t mask) {
+    static constexpr std::array<std::uint8_t, 16> counts{0, 1, 1, 2, 1, 2, 2, 3, 1, 2, 2, 3, 2, 3, 3, 4};
+    return counts[mask];
+}
+
 } // namespace
 
-Bounds boundsOf(const Polygon& polygon) {
+Bounds boundsOf(const Polygon& polygon, const Vec3& origin) {
     if (polygon.vertices.empty()) return NOWHERE;
     Vec3 low = polygon.vertices.front().pos;
     Vec3 high = low;
-    bool number = true;
+    bool within = true;
     for (const Vertex& vertex : polygon.vertices) {
         const Vec3& p = vertex.pos;
         low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
         high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
-        number = number && !std::isnan(p.x) && !std::isnan(p.y) && !std::isnan(p.z);
+        // note: a minimum drops a NaN, so each vertex is asked.
+        within = within && std::abs(p.x) < FARTHEST && std::abs(p.y) < FARTHEST && std::abs(p.z) < FARTHEST;
     }
-    if (!number) return NOWHERE;
-    const Bounds box{{below(low.x), below(low.y), below(low.z), above(high.x), above(high.y), above(high.z)}};
-    for (const float side : box.side) {
-        if (std::isnan(side)) return NOWHERE; // too far out for a float
+    if (!within) return NOWHERE;
+    const std::array<Interval, 3> sides{Interval{low.x - origin.x, high.x - origin.x},
+                                        Interval{low.y - origin.y, high.y - origin.y},
+                                        Interval{low.z - origin.z, high.z - origin.z}};
+    Bounds box;
+    for (std::size_t i = 0; i < 3; ++i) {
+        box.middle[i] = static_cast<float>((sides[i].low + sides[i].high) / 2);
+        box.half[i] = outward(std::max(sides[i].high - box.middle[i], box.middle[i] - sides[i].low));
     }
     return box;
 }
 
-// A plane made ready for boxes: which corner is the farthest along its normal.
+// A plane made ready for boxes.
 struct Sifter::Division {
-    Division(const Plane& p, Rules r, std::uint32_t keep)
-        : plane(p), rules(r), unit(isAboutUnit(p.normal)), keptRank(keep), farX(p.normal.x >= 0 ? 3 : 0),
-          farY(p.normal.y >= 0 ? 4 : 1), farZ(p.normal.z >= 0 ? 5 : 2) {}
-
-    // Front or Back for certain, or Spanning for "the vertices have to say".
-    PolygonSide sideOf(const Bounds& box) const {
-        const auto& side = box.side;
-        const Vec3 farthest{side[farX], side[farY], side[farZ]};
-        if (signedDistance(plane, farthest) < -EPSILON) return PolygonSide::Back;
-        const Vec3 nearest{side[3 - farX], side[5 - farY], side[7 - farZ]};
-        if (signedDistance(plane, nearest) > EPSILON) return PolygonSide::Front;
-        return PolygonSide::Spanning;
-    }
-
-    PolygonSide sideOf(const Entry& entry) const {
-        const PolygonSide side = sideOf(entry.box);
-        if (side != PolygonSide::Spanning || !unit) return side;
-        const Interval extent = extentAlong(plane.normal, entry.box, entry.slab);
-        const double margin = MARGIN * std::abs(plane.w);
-        if (extent.high - plane.w + margin < -EPSILON) return PolygonSide::Back;
-        if (extent.low - plane.w - margin > EPSILON) return PolygonSide::Front;
-        return PolygonSide::Spanning;
-    }
-
     Plane plane;
     Rules rules;
-    bool unit;
     std::uint32_t cuts = 0; // polygons cut so far
-    std::uint32_t keptRank; // the polygon that stays unclassified; NONE if there is none
-    std::size_t farX;
-    std::size_t farY;
-    std::size_t farZ;
+    std::array<float, 3> normal;
+    std::array<float, 3> steep; // |normal|
+    float offset;               // of the origin from the plane
+    float limit;                // beyond it a bound decides; NaN where none does
+    bool tame;                  // rounding is far below the tolerance
+
+    Division(const Plane& p, Rules r, const Vec3& origin, double far, float reach) : plane(p), rules(r) {
+        const Vec3& n = p.normal;
+        normal = {static_cast<float>(n.x), static_cast<float>(n.y), static_cast<float>(n.z)};
+        for (std::size_t i = 0; i < 3; ++i) steep[i] = std::abs(normal[i]);
+        const double height = signedDistance(p, origin);
+        offset = static_cast<float>(height);
+        const double rounding = 1e-14 * (far + reach + std::abs(p.w));
+        limit = NAN;
+        if (isAboutUnit(n) && std::abs(height) < FARTHEST) {
+            limit = outward(EPSILON + 0x1p-16 * (reach + std::abs(height)) + rounding);
+        }
+        tame = rounding < EPSILON / 16;
+    }
+
+    bool isUsual() const { return !std::isnan(limit); }
+
+    // Whether all vertices of a polygon on one side of the plane are as far from it as a bound would have to be.
+    bool clears(const Polygon& polygon) const {
+        return std::all_of(polygon.vertices.begin(), polygon.vertices.end(), [this](const Vertex& vertex) {
+            return std::abs(signedDistance(plane, vertex.pos)) > limit;
+        });
+    }
+
+    float distance(const Bounds& box) const {
+        return normal[0] * box.middle[0] + normal[1] * box.middle[1] + normal[2] * box.middle[2] + offset;
+    }
+    float extent(const Bounds& box) const {
+        return steep[0] * box.half[0] + steep[1] * box.half[1] + steep[2] * box.half[2] + limit;
+    }
 };
 
 Sifter::Sifter(PolygonList polygons, HierarchyThresholds thresholds)
@@ -147,25 +126,51 @@ Sifter::Sifter(PolygonList polygons, HierarchyThresholds thresholds)
 }
 
 Sifter::Part Sifter::start() {
+    const auto isNear = [](const Vertex& vertex) {
+        const Vec3& p = vertex.pos;
+        return std::abs(p.x) < FARTHEST && std::abs(p.y) < FARTHEST && std::abs(p.z) < FARTHEST;
+    };
+    for (const Polygon& polygon : pool_) {
+        const auto vertex = std::find_if(polygon.vertices.begin(), polygon.vertices.end(), isNear);
+        if (vertex == polygon.vertices.end()) continue;
+        origin_ = vertex->pos;
+        far_ = std::max({std::abs(origin_.x), std::abs(origin_.y), std::abs(origin_.z)});
+        break;
+    }
     const auto count = static_cast<std::uint32_t>(pool_.size());
-    here_.reserve(count);
-    for (std::uint32_t i = 0; i < count; ++i) here_.push_back({boundsOf(pool_[i]), i, i});
+    slots_.reserve(count);
+    courses_.reserve(count);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        slots_.push_back({bound(pool_[i]), i, i});
+        // Of what lies beyond the reach of the bounds nothing is known.
+        courses_.push_back(isNowhere(slots_.back().box) ? UNCERTAIN : NONE);
+    }
     return {count, 0, NONE, 0};
 }
 
-void Sifter::descend() {
-    std::swap(here_, next_);
-    next_.clear();
+Sifter::Part Sifter::put(const Slot* begin, const Slot* end) {
+    const Part part{static_cast<std::uint32_t>(end - begin), static_cast<std::uint32_t>(slots_.size()), NONE, 0};
+    slots_.append(begin, end);
+    return part;
 }
 
 const Polygon& Sifter::first(const Part& part) const {
-    if (part.root == NONE) return pool_[here_[part.begin].polygon];
-    std::uint32_t entry = part.root;
-    while (entries_[entry].count > 1) {
-        const Entry& inner = entries_[entry];
-        entry = entries_[inner.left].rank == inner.rank ? inner.left : inner.right;
+    if (part.root == NONE) return pool_[slots_[part.begin].polygon];
+    std::uint32_t index = part.root;
+    while ((index & POLYGON) == 0) {
+        const Entry& entry = entries_[index];
+        index = entry.child[firstOf(entry)];
     }
-    return pool_[entries_[entry].left];
+    return pool_[index & ~POLYGON];
+}
+
+// The lane of the smallest rank.
+std::uint32_t Sifter::firstOf(const Entry& entry) {
+    std::uint32_t first = 0;
+    for (std::uint32_t i = 1; i < entry.lanes; ++i) {
+        if (entry.rank[i] < entry.rank[first]) first = i;
+    }
+    return first;
 }
 
 Sifter::Parts Sifter::divide(const Plane& plane, const Part& part, Rules rules) {
@@ -173,239 +178,507 @@ Sifter::Parts Sifter::divide(const Plane& plane, const Part& part, Rules rules) 
     Parts parts;
     std::uint32_t root = part.root;
     if (root == NONE) {
-        Slot* slots = here_.data() + part.begin;
         if (part.count < thresholds_.polygons || part.planes < thresholds_.planes) {
-            const std::uint32_t keep = rules.keepFirst ? slots->rank : NONE;
-            divideSlots(Division(plane, rules, keep), part, parts);
-            parts.front.planes = parts.back.planes = part.planes + 1;
+            ORVA_COUNT(slotDivisions);
+            Division division(plane, rules, origin_, far_, reach_);
+            divideSlots(division, part, parts);
+            for (Part* half : {&parts.front, &parts.back}) {
+                half->planes = half->count >= part.count - part.count / 8 ? part.planes + 1 : 0;
+            }
             return parts;
         }
-        root = makeHierarchy(slots, slots + part.count);
+        root = makeHierarchy(slots_.data() + part.begin, slots_.data() + part.begin + part.count);
+        slots_.resize(part.begin);
     }
-    Division division(plane, rules, rules.keepFirst ? entries_[root].rank : NONE);
-    const Halves halves = divideEntry(division, root);
+    ORVA_COUNT(hierarchyDivisions);
+    Division division(plane, rules, origin_, far_, reach_);
+    const Halves halves = divideEntry(division, root, rules.keepFirst);
     std::sort(kept_.begin(), kept_.end(), byRank);
-    parts.front = partOf(halves.front);
-    parts.back = partOf(halves.back);
+    // The back part first: the front part has to lie on top of it.
+    parts.back = partOf(halves.back == WHOLE ? root : halves.back);
+    parts.front = partOf(halves.front == WHOLE ? root : halves.front);
     return parts;
 }
 
 // ---- one polygon ----
 
+Bounds Sifter::bound(const Polygon& polygon) {
+    const Bounds box = boundsOf(polygon, origin_);
+    if (!isNowhere(box)) reach_ = std::max(reach_, reachOf(box));
+    return box;
+}
+
 PolygonSide Sifter::sideOf(const Division& division, std::uint32_t polygon) {
     const Polygon& exact = pool_[polygon];
     const PolygonSide side = bspcsg::sideOf(division.plane, exact);
-    if (side != PolygonSide::Coplanar || division.rules.keepCoplanar) return side;
+    if (side == PolygonSide::Spanning || division.rules.keepCoplanar) return side;
+    if (side == PolygonSide::Coplanar || !division.isUsual()) {
+        courses_[polygon] = UNCERTAIN;
+    } else if (!division.clears(exact)) {
+        addCheck(division, polygon, side);
+    }
+    if (side != PolygonSide::Coplanar) return side;
     return facesAlong(division.plane, exact) ? PolygonSide::Front : PolygonSide::Back;
 }
 
-// The front piece takes the polygon's place in the pool, the back piece a new one. A piece of too few vertices leaves
-// its slot without a polygon.
-void Sifter::cut(const Division& division, const Slot& slot, Slot& front, Slot& back) {
-    classifyInto(division.plane, pool_[slot.polygon], sides_);
-    cutInto(division.plane, pool_[slot.polygon], sides_, frontPiece_, backPiece_);
-    front = back = {NOWHERE, slot.rank, NONE};
+void Sifter::addCheck(const Division& division, std::uint32_t polygon, PolygonSide side) {
+    if (division.rules.keepCoplanar || courses_[polygon] == UNCERTAIN) return;
+    checks_.push_back({division.plane, side, courses_[polygon]});
+    courses_[polygon] = static_cast<std::uint32_t>(toCount(checks_.size())) - 1;
+}
+
+bool Sifter::isCertain(std::uint32_t place) const {
+    std::uint32_t check = courses_[place];
+    while (check != NONE) {
+        if (check == UNCERTAIN || bspcsg::sideOf(checks_[check].plane, pool_[place]) != checks_[check].side)
+            return false;
+        check = checks_[check].before;
+    }
+    return true;
+}
+
+// The pieces' places in the pool: the front piece takes the polygon's own, the back piece a new one. A piece of too few
+// vertices is none.
+Sifter::Halves Sifter::cut(Division& division, std::uint32_t polygon) {
+    ++division.cuts;
+    Halves pieces;
+    // Where rounding is small, new vertices lie between the old ones, and bounds hold them, too.
+    if (!division.tame || !division.isUsual()) courses_[polygon] = UNCERTAIN;
+    classifyInto(division.plane, pool_[polygon], sides_);
+    cutInto(division.plane, pool_[polygon], sides_, frontPiece_, backPiece_);
     if (!division.rules.dropBack && backPiece_.size() >= 3) {
-        Polygon piece{backPiece_, pool_[slot.polygon].plane};
-        back.box = boundsOf(piece);
-        back.polygon = static_cast<std::uint32_t>(toCount(pool_.size()));
-        pool_.push_back(std::move(piece));
+        pieces.back = static_cast<std::uint32_t>(toCount(pool_.size()));
+        pool_.push_back({backPiece_, pool_[polygon].plane});
+        courses_.push_back(courses_[polygon]);
+        addCheck(division, pieces.back, PolygonSide::Back);
     }
     if (frontPiece_.size() >= 3) {
-        Polygon& polygon = pool_[slot.polygon];
-        polygon.vertices.assign(frontPiece_);
-        front.box = boundsOf(polygon);
-        front.polygon = slot.polygon;
+        pieces.front = polygon;
+        pool_[polygon].vertices.assign(frontPiece_);
+        addCheck(division, polygon, PolygonSide::Front);
     }
+    return pieces;
 }
 
 // ---- short lists: a run of slots ----
 
-void Sifter::divideSlots(const Division& division, const Part& part, Parts& parts) {
-    behind_.clear();
-    parts.front.begin = static_cast<std::uint32_t>(next_.size());
-    for (std::uint32_t i = part.begin; i < part.begin + part.count; ++i) {
-        const Slot slot = here_[i];
-        if (slot.rank == division.keptRank) {
-            kept_.push_back(slot);
+void Sifter::divideSlots(Division& division, const Part& part, Parts& parts) {
+    // One more than there are: the loop writes every slot to both sides and then keeps what belongs there, which spares
+    // it a branch that nobody could foretell.
+    if (ahead_.size() <= part.count) ahead_.resize(part.count + 1);
+    Slot* const slots = slots_.data() + part.begin;
+    Slot* front = ahead_.data();
+    Slot* back = slots;
+    const std::uint32_t backStep = division.rules.dropBack ? 0 : 1;
+    std::uint32_t i = 0;
+    if (division.rules.keepFirst) kept_.push_back(slots[i++]);
+    for (; i < part.count; ++i) {
+        const Slot slot = slots[i];
+        const float distance = division.distance(slot.box);
+        const float extent = division.extent(slot.box);
+        const std::uint32_t isFront = distance > extent ? 1 : 0;
+        const std::uint32_t isBack = distance < -extent ? 1 : 0;
+        if ((isFront | isBack) != 0) {
+            *front = slot;
+            *back = slot;
+            front += isFront;
+            back += isBack & backStep;
             continue;
         }
-        PolygonSide side = division.sideOf(slot.box);
-        if (side == PolygonSide::Spanning) side = sideOf(division, slot.polygon);
+        const PolygonSide side = sideOf(division, slot.polygon);
         if (side == PolygonSide::Front) {
-            next_.push_back(slot);
+            *front++ = slot;
         } else if (side == PolygonSide::Back) {
-            if (!division.rules.dropBack) behind_.push_back(slot);
+            *back = slot;
+            back += backStep;
         } else if (side == PolygonSide::Coplanar) {
             kept_.push_back(slot);
         } else {
-            Slot front;
-            Slot back;
-            cut(division, slot, front, back);
-            if (front.polygon != NONE) next_.push_back(front);
-            if (back.polygon != NONE) behind_.push_back(back);
+            const Halves pieces = cut(division, slot.polygon);
+            if (pieces.front != NONE) *front++ = {bound(pool_[pieces.front]), slot.rank, pieces.front};
+            if (pieces.back != NONE) *back++ = {bound(pool_[pieces.back]), slot.rank, pieces.back};
         }
     }
-    parts.front.count = static_cast<std::uint32_t>(next_.size()) - parts.front.begin;
-    parts.back.begin = static_cast<std::uint32_t>(next_.size());
-    parts.back.count = static_cast<std::uint32_t>(behind_.size());
-    next_.append(behind_);
+    parts.back.begin = part.begin;
+    parts.back.count = static_cast<std::uint32_t>(back - slots);
+    parts.front.begin = part.begin + parts.back.count;
+    parts.front.count = static_cast<std::uint32_t>(front - ahead_.data());
+    slots_.resize(parts.front.begin + parts.front.count);
+    std::copy(ahead_.data(), front, slots_.data() + parts.front.begin);
 }
 
 // ---- long lists: a hierarchy ----
 
-Sifter::Halves Sifter::divideEntry(Division& division, std::uint32_t index) {
-    const Entry entry = entries_[index];
-    if (entry.rank != division.keptRank) {
-        const PolygonSide side = division.sideOf(entry);
-        if (side == PolygonSide::Front) return {index, NONE};
-        if (side == PolygonSide::Back) return {NONE, division.rules.dropBack ? NONE : index};
+// Which children lie wholly on one side, as masks.
+Sifter::Sides Sifter::sidesOf(const Division& division, const Entry& entry) {
+    const auto& [nx, ny, nz] = division.normal;
+    const auto& [sx, sy, sz] = division.steep;
+    std::array<std::uint32_t, LANES> front;
+    std::array<std::uint32_t, LANES> back;
+    for (std::size_t i = 0; i < LANES; ++i) {
+        const float mx = entry.middle[0][i];
+        const float my = entry.middle[1][i];
+        const float mz = entry.middle[2][i];
+        const float hx = entry.half[0][i];
+        const float hy = entry.half[1][i];
+        const float hz = entry.half[2][i];
+        const float dx = entry.direction[0][i];
+        const float dy = entry.direction[1][i];
+        const float dz = entry.direction[2][i];
+        const float boxDistance = nx * mx + ny * my + nz * mz + division.offset;
+        const float boxExtent = sx * hx + sy * hy + sz * hz + division.limit;
+        const float along = nx * dx + ny * dy + nz * dz;
+        const float rx = nx - along * dx;
+        const float ry = ny - along * dy;
+        const float rz = nz - along * dz;
+        const float distance = along * entry.slabMiddle[i] + (rx * mx + ry * my + rz * mz) + division.offset;
+        const float extent = std::abs(along) * entry.slabHalf[i] +
+                             (std::abs(rx) * hx + std::abs(ry) * hy + std::abs(rz) * hz) + division.limit;
+        front[i] = (boxDistance > boxExtent ? 1U : 0U) | (distance > extent ? 1U : 0U);
+        back[i] = (boxDistance < -boxExtent ? 1U : 0U) | (distance < -extent ? 1U : 0U);
     }
+    const auto mask = [](const std::array<std::uint32_t, LANES>& lanes) {
+        return lanes[0] | lanes[1] << 1 | lanes[2] << 2 | lanes[3] << 3;
+    };
+    return {mask(front), mask(back)};
+}
 
-    if (entry.count > 1) {
-        freeEntry(index);
-        const std::uint32_t cutsBefore = division.cuts;
-        const Halves left = divideEntry(division, entry.left);
-        const Halves right = divideEntry(division, entry.right);
-        // Fewer of the same polygons stay within the same slab; pieces have new vertices, rounded ones.
-        const bool stillHolds = division.cuts == cutsBefore;
-        return {rejoined(left.front, right.front, entry.slab, stillHolds),
-                rejoined(left.back, right.back, entry.slab, stillHolds)};
-    }
-
-    const Slot slot{entry.box, entry.rank, entry.left};
-    const PolygonSide side = entry.rank == division.keptRank ? PolygonSide::Coplanar : sideOf(division, slot.polygon);
-    if (side == PolygonSide::Front) return {index, NONE};
-    if (side == PolygonSide::Back) return {NONE, division.rules.dropBack ? NONE : index};
-    freeEntry(index);
+Sifter::Halves Sifter::dividePolygon(Division& division, std::uint32_t index, std::uint32_t lane, bool holdsFirst) {
+    const Entry& entry = entries_[index];
+    const Slot slot{NOWHERE, entry.rank[lane], entry.child[lane] & ~POLYGON};
+    const PolygonSide side = holdsFirst ? PolygonSide::Coplanar : sideOf(division, slot.polygon);
+    if (side == PolygonSide::Front) return {WHOLE, NONE};
+    if (side == PolygonSide::Back) return {NONE, division.rules.dropBack ? NONE : WHOLE};
     if (side == PolygonSide::Coplanar) {
         kept_.push_back(slot);
         return {};
     }
-    Slot front;
-    Slot back;
-    cut(division, slot, front, back);
-    ++division.cuts;
-    Halves halves;
-    if (front.polygon != NONE) halves.front = newEntry(leafOf(front));
-    if (back.polygon != NONE) halves.back = newEntry(leafOf(back));
-    return halves;
+    Halves pieces = cut(division, slot.polygon);
+    for (std::uint32_t* piece : {&pieces.front, &pieces.back}) {
+        if (*piece != NONE) *piece |= POLYGON;
+    }
+    return pieces;
+}
+
+// Divides what lies below an entry; `holdsFirst` says that the polygon which stays unclassified is there. The side that
+// keeps more of the entry's children keeps the entry.
+Sifter::Halves Sifter::divideEntry(Division& division, std::uint32_t index, bool holdsFirst) {
+    const std::uint32_t all = (1U << entries_[index].lanes) - 1;
+    const std::uint32_t first = holdsFirst ? firstOf(entries_[index]) : LANES;
+    const Sides sides = sidesOf(division, entries_[index]);
+    std::uint32_t open = all;
+    if (holdsFirst) open &= ~(1U << first);
+    std::uint32_t front = sides.front & open; // children that go to the front as they are
+    std::uint32_t back = sides.back & open;
+    std::uint32_t apart = 0; // children of which something else remains:
+    std::array<Halves, LANES> halves;
+    std::uint32_t cutBelow = 0;
+    for (open = all & ~(front | back); open != 0; open &= open - 1) {
+        const auto lane = static_cast<std::uint32_t>(std::countr_zero(open));
+        const std::uint32_t bit = 1U << lane;
+        const std::uint32_t cutsBefore = division.cuts;
+        const std::uint32_t child = entries_[index].child[lane];
+        const Halves below = (child & POLYGON) != 0 ? dividePolygon(division, index, lane, lane == first)
+                                                    : divideEntry(division, child, lane == first);
+        if (below.front == WHOLE) {
+            front |= bit;
+        } else if (below.back == WHOLE) {
+            back |= bit;
+        } else {
+            apart |= bit;
+            halves[lane] = below;
+            if (division.cuts != cutsBefore) cutBelow |= bit;
+        }
+    }
+    if (front == all) return {WHOLE, NONE};
+    if (back == all) return {NONE, division.rules.dropBack ? NONE : WHOLE};
+    if (division.rules.dropBack) back = 0;
+
+    std::uint32_t apartFront = 0;
+    std::uint32_t apartBack = 0;
+    for (std::uint32_t i = 0; i < LANES; ++i) {
+        if ((apart & (1U << i)) == 0) continue;
+        if (halves[i].front != NONE) apartFront |= 1U << i;
+        if (halves[i].back != NONE) apartBack |= 1U << i;
+    }
+    // A child that only lost something, and without a cut, stays within its bounds; the halves of one are smaller, and
+    // pieces have new vertices, rounded ones.
+    const std::uint32_t sameBounds = ~(cutBelow | (apartFront & apartBack));
+
+    const bool frontStays = countOf(front | apartFront) > countOf(back | apartBack);
+    const std::uint32_t moved = frontStays ? back : front;
+    const std::uint32_t movedApart = frontStays ? apartBack : apartFront;
+    const std::uint32_t stays = frontStays ? front : back;
+    const std::uint32_t staysApart = frontStays ? apartFront : apartBack;
+    const auto childOf = [&](std::uint32_t lane, bool inFront) {
+        return inFront ? halves[lane].front : halves[lane].back;
+    };
+    const auto copyLane = [this](std::uint32_t to, std::uint32_t toLane, std::uint32_t from, std::uint32_t lane) {
+        Entry& target = entries_[to];
+        const Entry& source = entries_[from];
+        for (std::size_t k = 0; k < 3; ++k) {
+            target.middle[k][toLane] = source.middle[k][lane];
+            target.half[k][toLane] = source.half[k][lane];
+            target.direction[k][toLane] = source.direction[k][lane];
+        }
+        target.slabMiddle[toLane] = source.slabMiddle[lane];
+        target.slabHalf[toLane] = source.slabHalf[lane];
+        target.rank[toLane] = source.rank[lane];
+        target.count[toLane] = source.count[lane];
+        target.child[toLane] = source.child[lane];
+    };
+
+    std::uint32_t other = NONE;
+    if ((moved | movedApart) != 0) {
+        other = newEntry();
+        for (std::uint32_t i = 0; i < LANES; ++i) {
+            const std::uint32_t bit = 1U << i;
+            if (((moved | movedApart) & bit) == 0) continue;
+            const std::uint32_t lane = entries_[other].lanes++;
+            copyLane(other, lane, index, i);
+            if ((movedApart & bit) != 0) setChild(other, lane, childOf(i, !frontStays), (sameBounds & bit) != 0);
+        }
+    }
+    std::uint32_t rest = index;
+    if ((stays | staysApart) == 0) {
+        freeEntry(index);
+        rest = NONE;
+    } else {
+        for (std::uint32_t i = entries_[index].lanes; i-- > 0;) {
+            const std::uint32_t bit = 1U << i;
+            if ((staysApart & bit) != 0) {
+                setChild(index, i, childOf(i, frontStays), (sameBounds & bit) != 0);
+            } else if ((stays & bit) == 0) {
+                const std::uint32_t last = --entries_[index].lanes;
+                if (i != last) copyLane(index, i, index, last);
+            }
+        }
+    }
+    return frontStays ? Halves{rest, other} : Halves{other, rest};
 }
 
 Sifter::Part Sifter::partOf(std::uint32_t root) {
     if (root == NONE) return {};
-    const std::uint32_t count = entries_[root].count;
+    const Entry& entry = entries_[root];
+    std::uint32_t count = 0;
+    for (std::size_t i = 0; i < entry.lanes; ++i) count += entry.count[i];
     if (count >= thresholds_.polygons) return {count, 0, root, 0};
-    return {count, appendSorted(root, next_), NONE, 0};
+    return {count, appendSorted(root), NONE, 0};
 }
 
-// Halves at the median of the middles along the longer side: good boxes, and a depth of log2(n).
+// Halves at the median of the middles along the longer side, and each of them once more: good boxes, and a depth of
+// log4(n).
 std::uint32_t Sifter::makeHierarchy(Slot* begin, Slot* end) {
-    if (end - begin == 1) return newEntry(leafOf(*begin));
     const auto middleOf = [](const Slot& slot, std::size_t axis) {
-        const float middle = slot.box.side[axis] + slot.box.side[axis + 3];
-        return std::isfinite(middle) ? middle : 0.0F;
+        const float middle = slot.box.middle[axis];
+        return std::isnan(middle) ? 0.0F : middle;
     };
-    std::size_t longest = 0;
-    float extent = -1;
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        float low = std::numeric_limits<float>::max();
-        float high = -low;
-        for (const Slot* slot = begin; slot != end; ++slot) {
-            low = std::min(low, middleOf(*slot, axis));
-            high = std::max(high, middleOf(*slot, axis));
+    const auto halve = [&](Slot* from, Slot* to) {
+        std::size_t longest = 0;
+        float extent = -1;
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            float low = std::numeric_limits<float>::max();
+            float high = -low;
+            for (const Slot* slot = from; slot != to; ++slot) {
+                low = std::min(low, middleOf(*slot, axis));
+                high = std::max(high, middleOf(*slot, axis));
+            }
+            if (high - low > extent) {
+                extent = high - low;
+                longest = axis;
+            }
         }
-        if (high - low > extent) {
-            extent = high - low;
-            longest = axis;
+        Slot* middle = from + (to - from) / 2;
+        if (to - from > 1) {
+            std::nth_element(from, middle, to,
+                             [&](const Slot& a, const Slot& b) { return middleOf(a, longest) < middleOf(b, longest); });
         }
+        return middle;
+    };
+    const std::uint32_t index = newEntry();
+    if (end - begin <= LANES) {
+        entries_[index].lanes = static_cast<std::uint32_t>(end - begin);
+        for (std::uint32_t i = 0; begin + i != end; ++i) setPolygon(index, i, begin[i]);
+        return index;
     }
-    Slot* middle = begin + (end - begin) / 2;
-    std::nth_element(begin, middle, end,
-                     [&](const Slot& a, const Slot& b) { return middleOf(a, longest) < middleOf(b, longest); });
-    const std::uint32_t left = makeHierarchy(begin, middle);
-    return joined(left, makeHierarchy(middle, end));
+    Slot* const half = halve(begin, end);
+    const std::array<Slot*, 5> ends{begin, halve(begin, half), half, halve(half, end), end};
+    entries_[index].lanes = LANES;
+    for (std::uint32_t i = 0; i < LANES; ++i) {
+        if (ends[i + 1] - ends[i] == 1) {
+            setPolygon(index, i, *ends[i]);
+            continue;
+        }
+        const std::uint32_t child = makeHierarchy(ends[i], ends[i + 1]);
+        // The mean direction is found once, here; what becomes of the child keeps it.
+        Entry& entry = entries_[index];
+        const Entry& below = entries_[child];
+        std::array<float, 3> sum{};
+        for (std::size_t k = 0; k < 3; ++k) {
+            for (std::size_t lane = 0; lane < below.lanes; ++lane) sum[k] += below.direction[k][lane];
+        }
+        const float size = std::sqrt(sum[0] * sum[0] + sum[1] * sum[1] + sum[2] * sum[2]);
+        for (std::size_t k = 0; k < 3; ++k) entry.direction[k][i] = size < 0.1F ? 0 : sum[k] / size;
+        setChild(index, i, child, false);
+    }
+    return index;
 }
 
-std::uint32_t Sifter::newEntry(const Entry& entry) {
-    if (freeEntries_ == NONE) {
-        entries_.push_back(entry);
-        return static_cast<std::uint32_t>(entries_.size() - 1);
+std::uint32_t Sifter::newEntry() {
+    std::uint32_t index = freeEntries_;
+    if (index == NONE) {
+        index = static_cast<std::uint32_t>(entries_.size());
+        entries_.push_back({});
+    } else {
+        freeEntries_ = entries_[index].child[0];
     }
-    const std::uint32_t index = freeEntries_;
-    freeEntries_ = entries_[index].left;
-    entries_[index] = entry;
+    entries_[index].lanes = 0;
     return index;
 }
 
 void Sifter::freeEntry(std::uint32_t entry) {
-    entries_[entry].left = freeEntries_;
+    entries_[entry].child[0] = freeEntries_;
     freeEntries_ = entry;
 }
 
-Sifter::Entry Sifter::leafOf(const Slot& slot) const {
+// Puts a polygon into a lane; its slab lies along its own normal.
+void Sifter::setPolygon(std::uint32_t index, std::uint32_t lane, const Slot& slot) {
+    Entry& entry = entries_[index];
     const Polygon& polygon = pool_[slot.polygon];
-    Slab slab{{0, 0, 0}, 0, 0};
-    if (isAboutUnit(polygon.plane.normal) && !isNowhere(slot.box)) {
-        const Vec3& n = polygon.plane.normal;
-        slab.direction = {static_cast<float>(n.x), static_cast<float>(n.y), static_cast<float>(n.z)};
-        const Vec3 d{slab.direction[0], slab.direction[1], slab.direction[2]};
-        Interval extent{std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()};
-        double reach = 0;
-        for (const Vertex& vertex : polygon.vertices) {
-            const double along = dot(d, vertex.pos);
-            extent = {std::min(extent.low, along), std::max(extent.high, along)};
-            reach = std::max(reach, std::abs(vertex.pos.x) + std::abs(vertex.pos.y) + std::abs(vertex.pos.z));
+    for (std::size_t k = 0; k < 3; ++k) {
+        entry.middle[k][lane] = slot.box.middle[k];
+        entry.half[k][lane] = slot.box.half[k];
+        entry.direction[k][lane] = 0;
+    }
+    entry.slabMiddle[lane] = 0;
+    entry.slabHalf[lane] = 0;
+    entry.rank[lane] = slot.rank;
+    entry.count[lane] = 1;
+    entry.child[lane] = slot.polygon | POLYGON;
+    if (!isAboutUnit(polygon.plane.normal) || isNowhere(slot.box)) return;
+    const Vec3& n = polygon.plane.normal;
+    const std::array<float, 3> direction{static_cast<float>(n.x), static_cast<float>(n.y), static_cast<float>(n.z)};
+    const Vec3 d{direction[0], direction[1], direction[2]};
+    Interval extent;
+    for (const Vertex& vertex : polygon.vertices) {
+        const double along = dot(d, vertex.pos - origin_);
+        extent = {std::min(extent.low, along), std::max(extent.high, along)};
+    }
+    for (std::size_t k = 0; k < 3; ++k) entry.direction[k][lane] = direction[k];
+    const auto middle = static_cast<float>((extent.low + extent.high) / 2);
+    entry.slabMiddle[lane] = middle;
+    entry.slabHalf[lane] = outward(std::max(extent.high - middle, middle - extent.low) + 1e-14 * reach_);
+}
+
+// Puts what has become of a child, or a new one, into a lane that has a direction already.
+void Sifter::setChild(std::uint32_t index, std::uint32_t lane, std::uint32_t child, bool sameBounds) {
+    Entry& entry = entries_[index];
+    if ((child & POLYGON) != 0) {
+        const std::uint32_t polygon = child & ~POLYGON;
+        setPolygon(index, lane, {bound(pool_[polygon]), entry.rank[lane], polygon});
+        return;
+    }
+    const Entry& below = entries_[child];
+    if (below.lanes == 1) { // nothing is gained by asking it
+        for (std::size_t k = 0; k < 3; ++k) {
+            entry.middle[k][lane] = below.middle[k][0];
+            entry.half[k][lane] = below.half[k][0];
+            entry.direction[k][lane] = below.direction[k][0];
         }
-        slab.low = below(extent.low - MARGIN * reach);
-        slab.high = above(extent.high + MARGIN * reach);
+        entry.slabMiddle[lane] = below.slabMiddle[0];
+        entry.slabHalf[lane] = below.slabHalf[0];
+        entry.rank[lane] = below.rank[0];
+        entry.count[lane] = below.count[0];
+        entry.child[lane] = below.child[0];
+        freeEntry(child);
+        return;
     }
-    return {slot.box, slab, slot.rank, 1, slot.polygon, NONE};
-}
-
-std::uint32_t Sifter::joined(std::uint32_t left, std::uint32_t right) {
-    const Slab slab{between(entries_[left].slab.direction, entries_[right].slab.direction), 0, 0};
-    return rejoined(left, right, slab, false);
-}
-
-// Two hierarchies as one. `slab` is taken as it is where it still holds what is below, otherwise only its direction.
-std::uint32_t Sifter::rejoined(std::uint32_t left, std::uint32_t right, const Slab& slab, bool stillHolds) {
-    if (left == NONE) return right;
-    if (right == NONE) return left;
-    const Entry& a = entries_[left];
-    const Entry& b = entries_[right];
-    Entry entry{around(a.box, b.box), slab, std::min(a.rank, b.rank), a.count + b.count, left, right};
-    if (!stillHolds) {
-        const Vec3 d{slab.direction[0], slab.direction[1], slab.direction[2]};
-        const Interval extentA = extentAlong(d, a.box, a.slab);
-        const Interval extentB = extentAlong(d, b.box, b.slab);
-        // note: what is not a number on either side has to stay so. A minimum would drop it, and the slab would promise
-        // something of polygons that it never saw.
-        const bool known = extentA.low <= extentA.high && extentB.low <= extentB.high;
-        entry.slab.low = known ? below(std::min(extentA.low, extentB.low)) : NAN;
-        entry.slab.high = known ? above(std::max(extentA.high, extentB.high)) : NAN;
+    entry.child[lane] = child;
+    std::uint32_t rank = below.rank[0];
+    std::uint32_t count = below.count[0];
+    for (std::size_t i = 1; i < below.lanes; ++i) {
+        rank = std::min(rank, below.rank[i]);
+        count += below.count[i];
     }
-    return newEntry(entry);
+    entry.rank[lane] = rank;
+    entry.count[lane] = count;
+    if (!sameBounds) findBounds(entry, lane, below);
 }
 
-// The polygons of a hierarchy as slots in order, behind what `slots` holds; spends the hierarchy.
-std::uint32_t Sifter::appendSorted(std::uint32_t root, List<Slot>& slots) {
-    const auto begin = static_cast<std::uint32_t>(slots.size());
+// The bounds of what lies below, along the direction that the lane has. In single precision: the margin is that of
+// Division, for sums of the same terms.
+void Sifter::findBounds(Entry& entry, std::uint32_t lane, const Entry& below) const {
+    const float dx = entry.direction[0][lane];
+    const float dy = entry.direction[1][lane];
+    const float dz = entry.direction[2][lane];
+    std::array<Entry::Row, 4> low; // x, y, z, and along the direction
+    std::array<Entry::Row, 4> high;
+    for (std::size_t i = 0; i < LANES; ++i) {
+        const float mx = below.middle[0][i];
+        const float my = below.middle[1][i];
+        const float mz = below.middle[2][i];
+        const float hx = below.half[0][i];
+        const float hy = below.half[1][i];
+        const float hz = below.half[2][i];
+        const float along = dx * below.direction[0][i] + dy * below.direction[1][i] + dz * below.direction[2][i];
+        const float rx = dx - along * below.direction[0][i];
+        const float ry = dy - along * below.direction[1][i];
+        const float rz = dz - along * below.direction[2][i];
+        const float boxMiddle = dx * mx + dy * my + dz * mz;
+        const float boxHalf = std::abs(dx) * hx + std::abs(dy) * hy + std::abs(dz) * hz;
+        const float middle = along * below.slabMiddle[i] + (rx * mx + ry * my + rz * mz);
+        const float half =
+            std::abs(along) * below.slabHalf[i] + (std::abs(rx) * hx + std::abs(ry) * hy + std::abs(rz) * hz);
+        low[0][i] = mx - hx;
+        low[1][i] = my - hy;
+        low[2][i] = mz - hz;
+        low[3][i] = std::max(middle - half, boxMiddle - boxHalf);
+        high[0][i] = mx + hx;
+        high[1][i] = my + hy;
+        high[2][i] = mz + hz;
+        high[3][i] = std::min(middle + half, boxMiddle + boxHalf);
+    }
+    // note: a minimum would drop what is not a number, and the bounds promise something of polygons that they never
+    // saw.
+    bool known = true;
+    for (std::size_t i = 0; i < below.lanes; ++i) known = known && !std::isnan(below.middle[0][i]);
+    const float margin = 0x1p-16F * reach_;
+    const auto set = [&](Entry::Row& middles, Entry::Row& extents, std::size_t row) {
+        float least = low[row][0];
+        float most = high[row][0];
+        for (std::size_t i = 1; i < below.lanes; ++i) {
+            least = std::min(least, low[row][i]);
+            most = std::max(most, high[row][i]);
+        }
+        middles[lane] = known ? (least + most) / 2 : NAN;
+        extents[lane] = known ? (most - least) / 2 + margin : NAN;
+    };
+    for (std::size_t k = 0; k < 3; ++k) set(entry.middle[k], entry.half[k], k);
+    set(entry.slabMiddle, entry.slabHalf, 3);
+}
+
+// The polygons of a hierarchy as slots in order, on top of the stack; spends the hierarchy.
+std::uint32_t Sifter::appendSorted(std::uint32_t root) {
+    const auto begin = static_cast<std::uint32_t>(slots_.size());
     open_.clear();
     open_.push_back(root);
     while (!open_.empty()) {
         const std::uint32_t index = open_.back();
         open_.pop_back();
-        const Entry entry = entries_[index];
-        freeEntry(index);
-        if (entry.count > 1) {
-            open_.push_back(entry.left);
-            open_.push_back(entry.right);
-        } else {
-            slots.push_back({entry.box, entry.rank, entry.left});
+        const Entry& entry = entries_[index];
+        for (std::size_t i = 0; i < entry.lanes; ++i) {
+            if ((entry.child[i] & POLYGON) == 0) {
+                open_.push_back(entry.child[i]);
+                continue;
+            }
+            slots_.push_back({{{entry.middle[0][i], entry.middle[1][i], entry.middle[2][i]},
+                               {entry.half[0][i], entry.half[1][i], entry.half[2][i]}},
+                              entry.rank[i],
+                              entry.child[i] & ~POLYGON});
         }
+        freeEntry(index);
     }
-    std::sort(slots.begin() + begin, slots.end(), byRank);
+    std::sort(slots_.begin() + begin, slots_.end(), byRank);
     return begin;
 }
 

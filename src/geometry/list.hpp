@@ -73,6 +73,11 @@ public:
         Base::insert(end(), other.begin(), other.end());
     }
 
+    void append(const T* first, const T* last) {
+        checkRoomFor(static_cast<std::size_t>(last - first));
+        Base::insert(end(), first, last);
+    }
+
 private:
     void checkRoomFor(std::size_t count) const {
         if (count > max_size() - size()) throwListTooLong();

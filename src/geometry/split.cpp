@@ -14,9 +14,13 @@ PolygonSide sideOfPoint(const Plane& plane, const Vec3& p) {
 } // namespace
 
 PolygonSide sideOf(const Plane& plane, const Polygon& polygon) {
-    PolygonSide side = PolygonSide::Coplanar;
-    for (const Vertex& vertex : polygon.vertices) side = side | sideOfPoint(plane, vertex.pos);
-    return side;
+    // Without branches: which side a vertex is on is nothing that a processor could foretell.
+    std::int32_t side = 0;
+    for (const Vertex& vertex : polygon.vertices) {
+        const double distance = signedDistance(plane, vertex.pos);
+        side |= (distance > EPSILON ? 1 : 0) | (distance < -EPSILON ? 2 : 0);
+    }
+    return static_cast<PolygonSide>(side);
 }
 
 bool facesAlong(const Plane& plane, const Polygon& polygon) {

@@ -176,6 +176,30 @@ TEST(Trees, InvertCloneAndCollectArbitraryOnes) {
     });
 }
 
+TEST(Trees, ClippedTwiceAndBuiltIn) {
+    forSeeds(1500, [](Random& random) {
+        const tbb::global_control limit(tbb::global_control::max_allowed_parallelism, oneOf(random, {1U, 2U, 8U}));
+        Both a = chance(random, 70) ? empty() : arbitrary(random, random.integer(1, 10));
+        Both b = chance(random, 70) ? empty() : arbitrary(random, random.integer(1, 10));
+        a.build(chance(random, 50) ? smoothSurface(random, random.integer(8, 60)) : polygonList(random, 20));
+        b.build(chance(random, 50) ? patchesAlong(random, *a.expected, random.integer(1, 60))
+                                   : polygonList(random, listLength(random, 65)));
+        const bool turnedBack = chance(random, 50);
+        reference::clipTree(*b.expected, *a.expected);
+        reference::invert(*b.expected);
+        reference::clipTree(*b.expected, *a.expected);
+        if (turnedBack) reference::invert(*b.expected);
+        const PolygonList expected = reference::collect(*b.expected);
+        reference::build(*a.expected, expected);
+
+        bspcsg::Newcomers<double> newcomers =
+            takeClippedTwice(*b.actual, *a.actual, turnedBack ? bspcsg::Turn::AndBack : bspcsg::Turn::Around);
+        EXPECT_TRUE(same(toReference(newcomers.polygons), expected)) << "after takeClippedTwice";
+        a.actual->buildIn(std::move(newcomers));
+        EXPECT_TRUE(same(*toReference(*a.actual), *a.expected)) << "after buildIn";
+    });
+}
+
 TEST(Trees, ManyStepsOnTwoTrees) {
     forSeeds(1500, [](Random& random) {
         const tbb::global_control limit(tbb::global_control::max_allowed_parallelism, oneOf(random, {1U, 2U, 8U}));
