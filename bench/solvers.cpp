@@ -2,6 +2,7 @@
 
 #include "bits.hpp"
 #include "cgal.hpp"
+#include "library.hpp"
 #include "measures.hpp"
 #include "orva/bspcsg.hpp"
 #include "reference.hpp"
@@ -51,31 +52,6 @@ Mesh byCgal(Operation operation, const Mesh& first, const std::vector<Mesh>& oth
     default:
         return cgal::subtractUnion(first, others);
     }
-}
-
-Mesh byLibrary(Operation operation, const Mesh& first, const std::vector<Mesh>& others) {
-    Mesh result;
-    switch (operation) {
-    case Operation::Union:
-        bspcsg::unionMesh(result, first, others[0]);
-        break;
-    case Operation::Difference:
-        bspcsg::subtractMesh(result, first, others[0]);
-        break;
-    case Operation::Intersection:
-        bspcsg::intersectMesh(result, first, others[0]);
-        break;
-    case Operation::InTurn:
-        bspcsg::subtractMultiMesh(result, first, others);
-        break;
-    case Operation::AsUnion:
-        bspcsg::subtractMultiUnionMesh(result, first, others);
-        break;
-    case Operation::ParallelUnion:
-        bspcsg::subtractMultiUnionMeshParallel(result, first, others);
-        break;
-    }
-    return result;
 }
 
 // Short jobs are repeated for this long.
