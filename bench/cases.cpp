@@ -126,7 +126,7 @@ const char* nameOf(Operation operation) {
 
 std::vector<Job> allJobs(const std::string& meshes) {
     std::vector<Job> jobs;
-    for (const Operation operation : {Operation::Union, Operation::Difference}) {
+    for (const Operation operation : {Operation::Union, Operation::Difference, Operation::Intersection}) {
         for (int level = 3; level <= 7; ++level) {
             jobs.push_back({"icospheres", "level " + std::to_string(level), operation, [level] {
                                 return std::vector<Mesh>{test::icosphere(level, {0, 0, 0}, 1),
@@ -164,6 +164,13 @@ std::vector<Job> allJobs(const std::string& meshes) {
                         }});
     }
     return jobs;
+}
+
+Job jobNamed(const std::string& name, const std::string& meshes) {
+    for (const Job& job : allJobs(meshes)) {
+        if (job.name() == name) return job;
+    }
+    throw std::runtime_error("no job '" + name + "'");
 }
 
 } // namespace orva::bench

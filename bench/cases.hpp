@@ -27,4 +27,7 @@ struct Job {
 /// In each series and operation the smaller come first. `meshes` is the folder with the OFF files.
 std::vector<Job> allJobs(const std::string& meshes);
 
+/// Throws std::runtime_error where there is none.
+Job jobNamed(const std::string& name, const std::string& meshes);
+
 } // namespace orva::bench

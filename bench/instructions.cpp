@@ -24,13 +24,6 @@ using orva::bench::Mesh;
 constexpr std::array cases{"boxes/12/union", "wall and windows/1/in turn", "wall and windows/10/in turn",
                            "wall and windows/10/as one union", "icospheres/level 3/union"};
 
-Job jobNamed(const std::string& name) {
-    for (const Job& job : orva::bench::allJobs("")) {
-        if (job.name() == name) return job;
-    }
-    throw std::runtime_error("no case '" + name + "'");
-}
-
 } // namespace
 
 // The only function in which valgrind counts, under a name that is written as it is said.
@@ -46,7 +39,7 @@ int main(int argc, char** argv) {
             return 0;
         }
         if (argc != 3) throw std::runtime_error("usage: orva_instructions [CASE CALLS]");
-        const Job job = jobNamed(argv[1]);
+        const Job job = orva::bench::jobNamed(argv[1], "");
         const std::vector<Mesh> inputs = job.inputs();
         const std::vector<Mesh> others(inputs.begin() + 1, inputs.end());
 

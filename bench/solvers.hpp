@@ -18,17 +18,22 @@ const char* nameOf(Solver solver);
 /// False for jobs that a solver has no way to do: the parallel union has one only in the library, with two threads.
 bool canDo(Solver solver, Operation operation);
 
-/// What is known of one result.
+/// What is known of one result and how it came about.
 struct Solution {
-    double seconds;
+    double seconds; ///< a call, by the clock
+    double
+        processor; ///< the seconds that the process was running meanwhile: with one thread the same on a busy machine
+    double memory; ///< bytes that the process had taken at the height of its first call, less those before it
+    std::uint64_t cuts; ///< polygons cut in two; the plain reading's only
     std::uint64_t triangles;
     std::uint64_t bits; ///< a hash
     double volume;
 };
 
-/// Solves it in a process of its own, with the clock running from triangle list to triangle list: once, or short jobs
-/// many times, for their mean. Throws std::runtime_error with a few words where there is no result: what the solver
-/// said, that it crashed, or that it took longer than `limit` seconds.
+/// Solves it in a process of its own, with the clock running from triangle list to triangle list: once where that takes
+/// long; otherwise again, with memory that is warm, and short jobs many times, for their mean. Throws
+/// std::runtime_error with a few words where there is no result: what the solver said, that it crashed, or that it took
+/// longer than `limit` seconds.
 ///
 /// The calling process must not have used the task scheduler: its threads are not copied into the new process.
 Solution solve(Solver solver, Operation operation, const std::vector<Mesh>& inputs, double limit);

@@ -9,6 +9,7 @@
 
 #include "orva/types.hpp"
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -55,6 +56,9 @@ Plane planeFromPoints(const Vec3& a, const Vec3& b, const Vec3& c);
 /// Vertices in reverse order, their normals and the plane negated.
 Polygon flipped(const Polygon& polygon);
 Plane flipped(const Plane& plane);
+
+/// How many spanning polygons splitPolygon has cut in this process, for rates; counted for one thread.
+inline std::uint64_t cuts = 0;
 
 /// Appends the polygon, or its two pieces, to the lists on whose side they lie; some of the four may be the same list.
 void splitPolygon(const Plane& plane, const Polygon& polygon, PolygonList& coplanarFront, PolygonList& coplanarBack,

@@ -85,6 +85,7 @@ void splitPolygon(const Plane& plane, const Polygon& polygon, PolygonList& copla
     } else if (polygonSide == Back) {
         back.push_back(polygon);
     } else {
+        ++cuts;
         const std::size_t n = polygon.vertices.size();
         Polygon frontPiece{{}, polygon.plane};
         Polygon backPiece{{}, polygon.plane};

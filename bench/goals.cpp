@@ -1,0 +1,165 @@
+// The goals are ratios, to the plain reading, to CGAL, or between two sizes, all with one thread; and ratios are taken
+// between processor times: on a busy machine the clock tells how much of a processor a call was given.
+#include "goals.hpp"
+
+#include "table.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <optional>
+#include <vector>
+
+namespace orva::bench {
+
+namespace {
+
+constexpr double LIMIT = 120;
+constexpr double BUDGET = 3;
+
+struct Bound {
+    double need;
+    double aim;
+};
+
+struct Goals {
+    int reached = 0;
+    int aimsReached = 0;
+    int all = 0;
+
+    void judge(const std::string& what, const std::string& of, double value, Bound bound, bool atLeast) {
+        const auto holds = [=](double than) { return atLeast ? value >= than : value <= than; };
+        const bool isReached = holds(bound.need);
+        const bool isAim = holds(bound.aim);
+        ++all;
+        reached += isReached ? 1 : 0;
+        aimsReached += isAim ? 1 : 0;
+        std::printf("%-34s %-26s %9s   %s %5g   aim %5g   %s\n", what.c_str(), of.c_str(), rounded(value).c_str(),
+                    atLeast ? "at least" : "at most ", bound.need, bound.aim,
+                    isAim       ? "reached, the aim too"
+                    : isReached ? "reached"
+                                : "NOT REACHED");
+        std::fflush(stdout);
+    }
+
+    void failed(const std::string& what, const std::string& of, const std::string& why) {
+        ++all;
+        std::printf("%-34s %-26s NOT REACHED: %s\n", what.c_str(), of.c_str(), why.c_str());
+        std::fflush(stdout);
+    }
+};
+
+// What is asked of one job.
+struct Asked {
+    std::string job;
+    std::optional<Bound> plain; ///< times as long as ours, at least
+    std::optional<Bound> cgal;  ///< ours times as long as its, at most
+    bool memory = false;
+};
+
+std::vector<Asked> allAsked() {
+    std::vector<Asked> asked;
+    for (const char* operation : {"union", "difference", "intersection"}) {
+        const bool isUnion = operation == std::string("union");
+        for (const int level : {3, 4, 5, 6}) {
+            asked.push_back(
+                {"icospheres/level " + std::to_string(level) + "/" + operation, {}, Bound{5, isUnion ? 2.0 : 1.0}});
+            if (isUnion && level == 3) asked.back().plain = Bound{25, 60};
+            if (isUnion && level == 4) asked.back().plain = Bound{100, 250};
+        }
+    }
+    for (const char* size : {"32 x 32", "64 x 64", "128 x 128"}) {
+        asked.push_back({std::string("tori/") + size + "/union", Bound{3, 6}, {}});
+    }
+    for (const char* operation : {"union", "difference", "intersection"}) {
+        for (const char* name : {"anchor", "elephant", "fandisk", "bear", "armadillo", "bunny00"}) {
+            asked.push_back({std::string("scans/") + name + "/" + operation, Bound{3, 6}, {}, true});
+        }
+    }
+    for (const char* operation : {"in turn", "as one union"}) {
+        for (const int count : {1, 10, 50, 100, 400}) {
+            asked.push_back({"wall and windows/" + std::to_string(count) + "/" + operation, {}, Bound{1, 1}});
+            if (count == 100) asked.back().plain = Bound{4, operation == std::string("in turn") ? 10.0 : 8.0};
+        }
+    }
+    for (const char* operation : {"union", "difference", "intersection"}) {
+        asked.push_back({std::string("boxes/12/") + operation, {}, Bound{1, 1}});
+        if (operation == std::string("union")) asked.back().plain = Bound{3, 6};
+    }
+    return asked;
+}
+
+// Millions of polygons cut in two a second, as many as the plain reading cuts.
+double cutsPerSecond(const Outcome& plain, const Outcome& ours) {
+    return 1e-6 * static_cast<double>(plain.solutions.front().cuts) / median(ours, &Solution::processor);
+}
+
+// From level 4 to level 6 of the icospheres, sixteen times as many triangles.
+void judgeGrowth(Goals& goals) {
+    const std::string what = "icospheres/level 4 to 6/union";
+    const Job small = jobNamed("icospheres/level 4/union", "");
+    const Job large = jobNamed("icospheres/level 6/union", "");
+    const std::vector<Mesh> smallInputs = small.inputs();
+    const std::vector<Mesh> largeInputs = large.inputs();
+    Check smallCheck(small.operation);
+    Check largeCheck(large.operation);
+    const std::vector<Outcome> outcomes =
+        measure({{Solver::OneThread, small.operation, &smallInputs, &smallCheck, LIMIT},
+                 {Solver::OneThread, large.operation, &largeInputs, &largeCheck, LIMIT}},
+                2 * BUDGET);
+    for (const Outcome& outcome : outcomes) {
+        if (!outcome.failure.empty()) return goals.failed(what, "growth, n^", outcome.failure);
+    }
+    goals.judge(what, "growth, n^",
+                std::log(medianRatio(outcomes[1], outcomes[0], &Solution::processor)) / std::log(16.0), {1.25, 1.1},
+                false);
+}
+
+} // namespace
+
+bool goalsReached(const std::string& meshes) {
+    Goals goals;
+    std::optional<double> bestRate;
+    std::string fastest;
+    for (const Asked& asked : allAsked()) {
+        const Job job = jobNamed(asked.job, meshes);
+        const std::vector<Mesh> inputs = job.inputs();
+        Check check(job.operation);
+        std::vector<Task> tasks{{Solver::OneThread, job.operation, &inputs, &check, LIMIT}};
+        if (asked.plain) tasks.push_back({Solver::Reference, job.operation, &inputs, &check, LIMIT});
+        if (asked.cgal) tasks.push_back({Solver::Cgal, job.operation, &inputs, &check, LIMIT});
+        const std::vector<Outcome> outcomes = measure(tasks, BUDGET);
+        const Outcome& ours = outcomes.front();
+
+        for (std::size_t i = 1; i < tasks.size(); ++i) {
+            const bool plain = tasks[i].solver == Solver::Reference;
+            const std::string of = plain ? "plain reading / ours" : "ours / CGAL";
+            const Outcome& other = outcomes[i];
+            if (!ours.failure.empty() || !other.failure.empty()) {
+                goals.failed(asked.job, of, ours.failure.empty() ? other.failure : ours.failure);
+            } else if (plain) {
+                goals.judge(asked.job, of, medianRatio(other, ours, &Solution::processor), *asked.plain, true);
+            } else {
+                goals.judge(asked.job, of, medianRatio(ours, other, &Solution::processor), *asked.cgal, false);
+            }
+        }
+        if (!asked.memory || !ours.failure.empty()) continue;
+        goals.judge(asked.job, "memory / (input + output)", memoryRatio(ours, trianglesIn(inputs)), {3, 3}, false);
+        if (job.operation != Operation::Union || !outcomes[1].failure.empty()) continue;
+        const double rate = cutsPerSecond(outcomes[1], ours);
+        if (!bestRate || rate > *bestRate) {
+            bestRate = rate;
+            fastest = asked.job;
+        }
+    }
+    judgeGrowth(goals);
+    if (bestRate) {
+        goals.judge(fastest, "million cuts a second", *bestRate, {0.7, 2.5}, true);
+    } else {
+        goals.failed("scans/*/union", "million cuts a second", "no result");
+    }
+    std::printf("%d of %d goals reached, %d aims\n", goals.reached, goals.all, goals.aimsReached);
+    return goals.reached == goals.all;
+}
+
+} // namespace orva::bench
