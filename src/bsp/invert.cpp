@@ -47,8 +47,11 @@ PolygonList Node::takePolygons() {
     taken.reserve(countPolygons(*this));
     walk(this, [&taken](Node& node) {
         for (Polygon& polygon : node.polygons) taken.push_back(std::move(polygon));
-        node.polygons.clear();
+        node.polygons = PolygonList(); // with its storage
     });
+    // What is built next takes the place of the nodes, instead of standing beside them.
+    front.reset();
+    back.reset();
     return taken;
 }
 

@@ -85,7 +85,7 @@ template <> struct CSGNode<double> {
     /// Copies of all polygons, breadth-first. `expectedCount` is the capacity to reserve; below 1 it is counted.
     [[nodiscard]] PolygonList collectPolygons(std::int32_t expectedCount) const;
 
-    /// The same polygons in the same order, moved out of a tree that is spent.
+    /// The same polygons in the same order, moved out of a tree that is spent: its root is all that is left of it.
     [[nodiscard]] PolygonList takePolygons();
 };
 
