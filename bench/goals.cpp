@@ -42,6 +42,11 @@ struct Goals {
         std::fflush(stdout);
     }
 
+    static void skipped(const std::string& what, const std::string& of, const std::string& why) {
+        std::printf("%-34s %-26s not judged, %s\n", what.c_str(), of.c_str(), why.c_str());
+        std::fflush(stdout);
+    }
+
     void failed(const std::string& what, const std::string& of, const std::string& why) {
         ++all;
         std::printf("%-34s %-26s NOT REACHED: %s\n", what.c_str(), of.c_str(), why.c_str());
@@ -55,6 +60,7 @@ struct Asked {
     std::optional<Bound> plain; ///< times as long as ours, at least
     std::optional<Bound> cgal;  ///< ours times as long as its, at most
     bool memory = false;
+    bool cgalMayFail = false; ///< then there is nothing to be judged by
 };
 
 std::vector<Asked> allAsked() {
@@ -79,6 +85,8 @@ std::vector<Asked> allAsked() {
     for (const char* operation : {"in turn", "as one union"}) {
         for (const int count : {1, 10, 50, 100, 400}) {
             asked.push_back({"wall and windows/" + std::to_string(count) + "/" + operation, {}, Bound{1, 1}});
+            // Holes in rows leave it triangles without area, on which it ends, from about 50 on.
+            asked.back().cgalMayFail = true;
             if (count == 100) asked.back().plain = Bound{4, operation == std::string("in turn") ? 10.0 : 8.0};
         }
     }
@@ -135,7 +143,9 @@ bool goalsReached(const std::string& meshes) {
             const bool plain = tasks[i].solver == Solver::Reference;
             const std::string of = plain ? "plain reading / ours" : "ours / CGAL";
             const Outcome& other = outcomes[i];
-            if (!ours.failure.empty() || !other.failure.empty()) {
+            if (!plain && asked.cgalMayFail && ours.failure.empty() && !other.failure.empty()) {
+                goals.skipped(asked.job, of, "CGAL: " + other.failure);
+            } else if (!ours.failure.empty() || !other.failure.empty()) {
                 goals.failed(asked.job, of, ours.failure.empty() ? other.failure : ours.failure);
             } else if (plain) {
                 goals.judge(asked.job, of, medianRatio(other, ours, &Solution::processor), *asked.plain, true);
