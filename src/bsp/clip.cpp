@@ -81,7 +81,7 @@ Gathered gather(const List<Node*>& nodes, const Group& group) {
             gathered.polygons.push_back(std::move(polygon));
             gathered.owners.push_back(i);
         }
-        nodes[i]->polygons.clear();
+        nodes[i]->polygons = PolygonList(); // with its storage
     }
     return gathered;
 }
@@ -231,6 +231,10 @@ Newcomers<double> takeClippedTwice(Node& tree, Node& other, Turn turn) {
         for (Piece& piece : found) pieces.push_back(std::move(piece));
     };
     divideWork(nodes, clipGroup, [&](std::uint32_t heavy) { clipGroup({heavy}); });
+    if (turn == Turn::AndBack) { // spent
+        tree.front.reset();
+        tree.back.reset();
+    }
 
     // Node by node, as they would be taken from the tree. All pieces of a node were made by one thread, in order.
     List<std::uint32_t> begins; // by owner
