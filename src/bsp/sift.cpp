@@ -187,7 +187,7 @@ Sifter::Parts Sifter::divide(const Plane& plane, const Part& part, Rules rules) 
             }
             return parts;
         }
-        root = makeHierarchy(slots_.data() + part.begin, slots_.data() + part.begin + part.count);
+        root = makeHierarchy(part);
         slots_.resize(part.begin);
     }
     ORVA_COUNT(hierarchyDivisions);
@@ -466,50 +466,54 @@ Sifter::Part Sifter::partOf(std::uint32_t root) {
     return {count, appendSorted(root), NONE, 0};
 }
 
-// Halves at the median of the middles along the longer side, and each of them once more: good boxes, and a depth of
+// Halves at the median of the middles along the longest side, and each of them once more: good boxes, and a depth of
 // log4(n).
-std::uint32_t Sifter::makeHierarchy(Slot* begin, Slot* end) {
-    const auto middleOf = [](const Slot& slot, std::size_t axis) {
-        const float middle = slot.box.middle[axis];
-        return std::isnan(middle) ? 0.0F : middle;
-    };
-    const auto halve = [&](Slot* from, Slot* to) {
-        std::size_t longest = 0;
-        float extent = -1;
-        for (std::size_t axis = 0; axis < 3; ++axis) {
-            float low = std::numeric_limits<float>::max();
-            float high = -low;
-            for (const Slot* slot = from; slot != to; ++slot) {
-                low = std::min(low, middleOf(*slot, axis));
-                high = std::max(high, middleOf(*slot, axis));
-            }
-            if (high - low > extent) {
-                extent = high - low;
-                longest = axis;
-            }
+std::uint32_t Sifter::makeHierarchy(const Part& part) {
+    centres_.clear();
+    centres_.reserve(part.count);
+    for (std::uint32_t i = part.begin; i < part.begin + part.count; ++i) {
+        const Bounds& box = slots_[i].box;
+        centres_.push_back({isNowhere(box) ? std::array<float, 3>{} : box.middle, i});
+    }
+    entries_.reserve(entries_.size() + part.count / 2 + 1);
+    return makeEntry(centres_.data(), centres_.data() + part.count);
+}
+
+Sifter::Centre* Sifter::halve(Centre* begin, Centre* end) {
+    std::array<float, 3> low = begin->middle;
+    std::array<float, 3> high = low;
+    for (const Centre* centre = begin; centre != end; ++centre) {
+        for (std::size_t k = 0; k < 3; ++k) {
+            low[k] = std::min(low[k], centre->middle[k]);
+            high[k] = std::max(high[k], centre->middle[k]);
         }
-        Slot* middle = from + (to - from) / 2;
-        if (to - from > 1) {
-            std::nth_element(from, middle, to,
-                             [&](const Slot& a, const Slot& b) { return middleOf(a, longest) < middleOf(b, longest); });
-        }
-        return middle;
-    };
+    }
+    std::size_t longest = 0;
+    for (std::size_t k = 1; k < 3; ++k) {
+        if (high[k] - low[k] > high[longest] - low[longest]) longest = k;
+    }
+    Centre* const middle = begin + (end - begin) / 2;
+    std::nth_element(begin, middle, end,
+                     [longest](const Centre& a, const Centre& b) { return a.middle[longest] < b.middle[longest]; });
+    return middle;
+}
+
+std::uint32_t Sifter::makeEntry(Centre* begin, Centre* end) {
     const std::uint32_t index = newEntry();
     if (end - begin <= LANES) {
         entries_[index].lanes = static_cast<std::uint32_t>(end - begin);
-        for (std::uint32_t i = 0; begin + i != end; ++i) setPolygon(index, i, begin[i]);
+        for (std::uint32_t i = 0; begin + i != end; ++i) setPolygon(index, i, slots_[begin[i].slot]);
         return index;
     }
-    Slot* const half = halve(begin, end);
-    const std::array<Slot*, 5> ends{begin, halve(begin, half), half, halve(half, end), end};
+    Centre* const half = halve(begin, end);
+    const std::array<Centre*, 5> ends{begin, halve(begin, half), half, halve(half, end), end};
     entries_[index].lanes = LANES;
     for (std::uint32_t i = 0; i < LANES; ++i) {
         if (ends[i + 1] - ends[i] == 1) {
-            setPolygon(index, i, *ends[i]);
+            setPolygon(index, i, slots_[ends[i]->slot]);
             continue;
         }
-        const std::uint32_t child = makeHierarchy(ends[i], ends[i + 1]);
+        const std::uint32_t child = makeEntry(ends[i], ends[i + 1]);
         // The mean direction is found once, here; what becomes of the child keeps it.
         Entry& entry = entries_[index];
         const Entry& below = entries_[child];

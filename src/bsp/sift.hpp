@@ -191,6 +191,11 @@ private:
         PolygonSide side;
         std::uint32_t before; // the one before it
     };
+    // Of a slot that is to go into a hierarchy.
+    struct Centre {
+        std::array<float, 3> middle;
+        std::uint32_t slot;
+    };
     struct Division;
     struct Halves {
         std::uint32_t front = NONE;
@@ -214,7 +219,9 @@ private:
     static std::uint32_t firstOf(const Entry& entry);
     Part partOf(std::uint32_t root);
 
-    std::uint32_t makeHierarchy(Slot* begin, Slot* end);
+    std::uint32_t makeHierarchy(const Part& part);
+    static Centre* halve(Centre* begin, Centre* end);
+    std::uint32_t makeEntry(Centre* begin, Centre* end);
     std::uint32_t newEntry();
     void freeEntry(std::uint32_t entry);
     void setPolygon(std::uint32_t index, std::uint32_t lane, const Slot& slot);
@@ -232,6 +239,7 @@ private:
     List<Slot> slots_;
     List<Slot> ahead_; // of the part being divided: what goes to the front, until the back is complete
     List<Slot> kept_;
+    List<Centre> centres_;
     List<Entry> entries_;
     std::uint32_t freeEntries_ = NONE; // chained by the first child
     List<std::uint32_t> open_;         // for walking a hierarchy

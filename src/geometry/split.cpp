@@ -13,16 +13,6 @@ PolygonSide sideOfPoint(const Plane& plane, const Vec3& p) {
 
 } // namespace
 
-PolygonSide sideOf(const Plane& plane, const Polygon& polygon) {
-    // Without branches: which side a vertex is on is nothing that a processor could foretell.
-    std::int32_t side = 0;
-    for (const Vertex& vertex : polygon.vertices) {
-        const double distance = signedDistance(plane, vertex.pos);
-        side |= (distance > EPSILON ? 1 : 0) | (distance < -EPSILON ? 2 : 0);
-    }
-    return static_cast<PolygonSide>(side);
-}
-
 bool facesAlong(const Plane& plane, const Polygon& polygon) {
     return dot(plane.normal, polygon.plane.normal) > 0.0;
 }

@@ -14,7 +14,15 @@ inline constexpr double EPSILON = 1e-6;
 List<PolygonSide> classifyVertices(const Plane& plane, const Polygon& polygon);
 
 /// The side of the whole polygon: the OR of the sides of its vertices.
-PolygonSide sideOf(const Plane& plane, const Polygon& polygon);
+inline PolygonSide sideOf(const Plane& plane, const Polygon& polygon) {
+    // Without branches: which side a vertex is on is nothing that a processor could foretell.
+    std::int32_t side = 0;
+    for (const Vertex& vertex : polygon.vertices) {
+        const double distance = signedDistance(plane, vertex.pos);
+        side |= (distance > EPSILON ? 1 : 0) | (distance < -EPSILON ? 2 : 0);
+    }
+    return static_cast<PolygonSide>(side);
+}
 
 /// Whether a polygon that lies in the plane faces the same way.
 bool facesAlong(const Plane& plane, const Polygon& polygon);
