@@ -14,6 +14,25 @@ public:
     const char* what() const noexcept override { return "bad allocation"; }
 };
 
+// Where a test gets between the library and its memory. In every build but that of tests/allocation there is nothing
+// here for the compiler to keep.
+namespace seam {
+
+#if defined(ORVA_ALLOCATION_SEAM)
+bool refuses() noexcept;                 ///< asked before working memory is taken: true makes that fail
+void workingBlocks(int change) noexcept; ///< told of every block taken and given back
+void processHeapCalls(
+    int change) noexcept; ///< told when a call takes memory from the process heap, and when it is over
+#else
+constexpr bool refuses() noexcept {
+    return false;
+}
+constexpr void workingBlocks(int) noexcept {}
+constexpr void processHeapCalls(int) noexcept {}
+#endif
+
+} // namespace seam
+
 /// Memory for lists and queues; throws BadAllocation.
 void* allocateWorking(std::size_t bytes);
 void freeWorking(void* memory) noexcept;
@@ -23,6 +42,10 @@ void* allocateNode(std::size_t bytes);
 
 /// Calls `allocate`, which takes memory from the process heap, and gives its std::bad_alloc our text.
 template <typename Allocate> auto onProcessHeap(Allocate allocate) {
+    const struct Call {
+        Call() noexcept { seam::processHeapCalls(+1); }
+        ~Call() { seam::processHeapCalls(-1); }
+    } call;
     try {
         return allocate();
     } catch (const std::bad_alloc&) {
