@@ -145,7 +145,7 @@ Attempt attemptC(const Operation& operation, const Scene& scene, const Plan& pla
     if (output.vertices == &old) {
         attempt.kept = output.count == 7;
         attempt.newCount = output.count == static_cast<std::int32_t>(fullCount);
-    } else {
+    } else if (!attempt.threw) {
         attempt.output = meshOf(output);
         orva_meshd_free_vertices(output.vertices);
     }

@@ -1,4 +1,5 @@
-// No walk over a tree may use the call stack for its depth.
+// No walk over a tree may use the call stack for its depth: trees of a million levels, in a thread with a small stack.
+#include "figures.hpp"
 #include "polygons.hpp"
 
 #include <pthread.h>
@@ -9,34 +10,55 @@ namespace orva::bspcsg {
 
 namespace {
 
-constexpr int LEVELS = 100000;
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr std::uint32_t LEVELS = 100000; // their books take several times the memory
+#else
+constexpr std::uint32_t LEVELS = 1000000;
+#endif
 
-NodePtr chain(NodePtr Node::*child) {
+// A recursion over a million levels would need more than this for a return address alone.
+void inASmallStack(void (*body)()) {
+    pthread_attr_t attributes;
+    ASSERT_EQ(pthread_attr_init(&attributes), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, std::size_t{256} * 1024), 0);
+    pthread_t thread{};
+    const auto run = [](void* call) -> void* {
+        reinterpret_cast<void (*)()>(call)();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, run, reinterpret_cast<void*>(body)), 0);
+    ASSERT_EQ(pthread_join(thread, nullptr), 0);
+    pthread_attr_destroy(&attributes);
+}
+
+NodePtr linkedChain(NodePtr Node::*child) {
     auto root = std::make_unique<Node>();
     Node* node = root.get();
-    for (int i = 1; i < LEVELS; ++i) {
+    for (std::uint32_t i = 1; i < LEVELS; ++i) {
         node->*child = std::make_unique<Node>();
         node = (node->*child).get();
-        node->plane = {{0, 0, 1}, static_cast<double>(-i)};
+        node->plane = {{0, 0, 1}, -static_cast<double>(i)};
     }
     return root;
 }
 
-void expectLevels(const Node& tree, std::uint32_t expected) {
-    std::uint32_t nodes = 0;
-    tree.countElements(&nodes, nullptr, nullptr);
-    EXPECT_EQ(nodes, expected);
+void expectElements(const Node& tree, std::uint32_t nodes, std::uint32_t polygons) {
+    std::uint32_t nodeCount = 0;
+    std::uint32_t polygonCount = 0;
+    tree.countElements(&nodeCount, &polygonCount, nullptr);
+    EXPECT_EQ(nodeCount, nodes);
+    EXPECT_EQ(polygonCount, polygons);
 }
 
-void walkDeepTrees() {
+void walkLinkedChains() {
     for (NodePtr Node::*child : {&Node::back, &Node::front}) {
-        NodePtr tree = chain(child);
-        expectLevels(*tree, LEVELS);
-        EXPECT_EQ(tree->collectNodes(0).size(), static_cast<std::size_t>(LEVELS));
+        NodePtr tree = linkedChain(child);
+        expectElements(*tree, LEVELS, 0);
+        EXPECT_EQ(tree->collectNodes(0).size(), std::size_t{LEVELS});
         const NodePtr copy = tree->clone();
-        expectLevels(*copy, LEVELS);
+        expectElements(*copy, LEVELS, 0);
         tree->invert();
-        expectLevels(*tree, LEVELS);
+        expectElements(*tree, LEVELS, 0);
         EXPECT_TRUE(tree->collectPolygons(0).empty());
         tree->clipTree(*copy);
         (void)copy->clipPolygonList(listOf({level(-2.5), level(0.5)}));
@@ -44,33 +66,38 @@ void walkDeepTrees() {
     } // both trees are freed here
 }
 
-} // namespace
-
-TEST(DeepTree, OfAHundredThousandLevelsIsWalkedAndFreed) {
-    walkDeepTrees();
-}
-
-TEST(DeepTree, OfAHundredThousandLevelsFitsASmallStack) {
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, std::size_t{256} * 1024), 0);
-    pthread_t thread{};
-    const auto body = [](void*) -> void* {
-        walkDeepTrees();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, body, nullptr), 0);
-    ASSERT_EQ(pthread_join(thread, nullptr), 0);
-    pthread_attr_destroy(&attributes);
-}
-
-TEST(DeepTree, BuiltFromParallelFacesIsAChain) {
+// Parallel faces, the top one first: each plane has all that is left behind it.
+void buildAndWalk() {
     PolygonList list;
-    for (int i = 0; i < 2000; ++i) list.push_back(level(-i));
+    list.reserve(LEVELS);
+    for (std::uint32_t i = 0; i < LEVELS; ++i) list.push_back(level(-static_cast<double>(i)));
     Node tree;
     tree.build(std::move(list));
-    expectLevels(tree, 2000);
+    expectElements(tree, LEVELS, LEVELS);
     EXPECT_FALSE(tree.front);
+
+    // Against a copy of itself every face passes all planes above its own, lies in that one, faces like it, and falls
+    // out in front. Inside out it goes on behind and falls out in front of the next plane; the last one has no next.
+    const NodePtr copy = tree.clone();
+    expectElements(*copy, LEVELS, LEVELS);
+    tree.clipTree(*copy);
+    expectElements(tree, LEVELS, LEVELS);
+    tree.invert();
+    EXPECT_EQ(tree.collectPolygons(0).size(), std::size_t{LEVELS});
+    tree.clipTree(*copy);
+    expectElements(tree, LEVELS, LEVELS - 1);
+}
+
+} // namespace
+
+TEST(DeepTree, LinkedFromAMillionNodesFitsASmallStack) {
+    inASmallStack(walkLinkedChains);
+    test::figure("depth.linked-levels", LEVELS);
+}
+
+TEST(DeepTree, BuiltFromAMillionParallelFacesFitsASmallStack) {
+    inASmallStack(buildAndWalk);
+    test::figure("depth.built-levels", LEVELS);
 }
 
 } // namespace orva::bspcsg
