@@ -6,26 +6,31 @@ find_package(Threads REQUIRED)
 find_package(TBB CONFIG REQUIRED) # TBB::tbb
 
 # ---- mimalloc: static only, because it has to stay a private heap ----
-find_package(mimalloc CONFIG REQUIRED) # mimalloc-static
-if(NOT TARGET mimalloc-static)
-  message(FATAL_ERROR
-    "The mimalloc in ${mimalloc_DIR} is a shared library only. Shared ones usually export malloc, free and operator new, and "
-    "would take over the heap of every program that loads this library. Build it static with MI_OVERRIDE=OFF and "
-    "MI_USE_CXX=ON (scripts/setup does), and name its prefix in CMAKE_PREFIX_PATH.")
-endif()
+set(ORVA_WATCHED_HEAP OFF CACHE BOOL "Take working memory from malloc, for tools that watch every block of that")
+if(ORVA_WATCHED_HEAP)
+  add_subdirectory(${PROJECT_SOURCE_DIR}/tests/watched_heap ${PROJECT_BINARY_DIR}/watched_heap)
+else()
+  find_package(mimalloc CONFIG REQUIRED) # mimalloc-static
+  if(NOT TARGET mimalloc-static)
+    message(FATAL_ERROR
+      "The mimalloc in ${mimalloc_DIR} is a shared library only. Shared ones usually export malloc, free and operator new, and "
+      "would take over the heap of every program that loads this library. Build it static with MI_OVERRIDE=OFF and "
+      "MI_USE_CXX=ON (scripts/setup does), and name its prefix in CMAKE_PREFIX_PATH.")
+  endif()
 
-# Compiled as C, mi_new aborts the process where it should throw std::bad_alloc. One look into the archive tells.
-get_target_property(mimalloc_archive mimalloc-static LOCATION)
-file(STRINGS "${mimalloc_archive}" mimalloc_throws REGEX "bad_alloc" LIMIT_COUNT 1)
-if(NOT mimalloc_throws)
-  message(WARNING
-    "${mimalloc_archive} seems to be compiled as C: running out of memory would then abort the process. "
-    "Build mimalloc with MI_USE_CXX=ON.")
-endif()
+  # Compiled as C, mi_new aborts the process where it should throw std::bad_alloc. One look into the archive tells.
+  get_target_property(mimalloc_archive mimalloc-static LOCATION)
+  file(STRINGS "${mimalloc_archive}" mimalloc_throws REGEX "bad_alloc" LIMIT_COUNT 1)
+  if(NOT mimalloc_throws)
+    message(WARNING
+      "${mimalloc_archive} seems to be compiled as C: running out of memory would then abort the process. "
+      "Build mimalloc with MI_USE_CXX=ON.")
+  endif()
 
-# mimalloc runs code when a thread ends. Were the library unloaded before its caller's threads (TBB's live on, for one), that
-# code would be gone and the process crash; so once loaded it stays. On Windows mimalloc takes its hook out by itself.
-target_link_options(mimalloc-static INTERFACE $<$<PLATFORM_ID:Linux>:LINKER:-z,nodelete>)
+  # mimalloc runs code when a thread ends. Were the library unloaded before its caller's threads (TBB's live on, for one), that
+  # code would be gone and the process crash; so once loaded it stays. On Windows mimalloc takes its hook out by itself.
+  target_link_options(mimalloc-static INTERFACE $<$<PLATFORM_ID:Linux>:LINKER:-z,nodelete>)
+endif()
 
 # ---- the command-line program ----
 if(ORVA_BUILD_PROGRAM AND NOT TARGET CLI11::CLI11)

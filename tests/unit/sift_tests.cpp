@@ -5,6 +5,10 @@
 #include <cmath>
 #include <limits>
 
+#ifndef ORVA_TEST_PART
+#define ORVA_TEST_PART 1 // one seed of so many where every step is watched (tests/sanitize)
+#endif
+
 namespace orva::bspcsg {
 
 namespace {
@@ -178,8 +182,9 @@ int checkCertain(std::uint64_t seed, HierarchyThresholds thresholds) {
 
 TEST(Sifter, DividesLikeThePlainWayWhereverHierarchiesBegin) {
     constexpr std::uint64_t SEED = 500;
+    constexpr std::uint64_t SEEDS = 1500 / ORVA_TEST_PART;
     std::cout << "seeds from " << SEED << "\n";
-    for (std::uint64_t seed = SEED; seed < SEED + 1500 && !testing::Test::HasFailure(); ++seed) {
+    for (std::uint64_t seed = SEED; seed < SEED + SEEDS && !testing::Test::HasFailure(); ++seed) {
         for (const HierarchyThresholds thresholds : {ALWAYS, {2, 0}, {7, 2}, {48, 3}, NEVER}) {
             compare(seed, thresholds);
         }

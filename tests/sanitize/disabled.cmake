@@ -1,4 +1,4 @@
-# The tests that cannot hold in a process of the thread sanitizer. Read by ctest after it has learnt of all tests.
+# The tests that cannot hold in a process of a sanitizer. Read by ctest after it has learnt of all tests.
 
 # The sanitizer itself takes malloc and operator new over.
 set_tests_properties(HostProcess.KeepsItsOwnMalloc PROPERTIES DISABLED TRUE)
