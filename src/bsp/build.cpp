@@ -42,7 +42,8 @@ void Node::build(PolygonList input) {
 
             const Sifter::Parts parts =
                 sifter.divide(node->plane, part, {.keepFirst = takesPlane, .keepCoplanar = true});
-            sifter.forEachKept([&](Polygon& polygon, std::uint32_t) { node->polygons.push_back(std::move(polygon)); });
+            PolygonList& staying = node->polygons; // Clang 14's lambdas cannot capture `node`, the name of a binding
+            sifter.forEachKept([&](Polygon& polygon, std::uint32_t) { staying.push_back(std::move(polygon)); });
             if (parts.front.count > 0) nextLevel.push_back({&childAt(node->front), parts.front});
             if (parts.back.count > 0) nextLevel.push_back({&childAt(node->back), parts.back});
         }
