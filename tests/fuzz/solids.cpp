@@ -49,33 +49,6 @@ Mesh box(Bytes& bytes, int steps) {
     return test::griddedBox(low, high, steps);
 }
 
-void addTriangle(Mesh& mesh, const Vec3& a, const Vec3& b, const Vec3& c) {
-    const Mesh triangle = test::triangle(a, b, c);
-    mesh.vertices.insert(mesh.vertices.end(), triangle.vertices.begin(), triangle.vertices.end());
-}
-
-Mesh tetrahedron(const Vec3& a, const Vec3& b, const Vec3& c, const Vec3& d) {
-    Mesh mesh;
-    addTriangle(mesh, a, c, b);
-    addTriangle(mesh, a, b, d);
-    addTriangle(mesh, b, c, d);
-    addTriangle(mesh, c, a, d);
-    return mesh;
-}
-
-// The triangle a, b, c and the same one moved.
-Mesh prism(const Vec3& a, const Vec3& b, const Vec3& c, const Vec3& by) {
-    const auto plus = [&by](const Vec3& p) { return Vec3{p.x + by.x, p.y + by.y, p.z + by.z}; };
-    Mesh mesh;
-    addTriangle(mesh, a, c, b);
-    addTriangle(mesh, plus(a), plus(b), plus(c));
-    for (const auto& [from, to] : {std::pair{a, b}, {b, c}, {c, a}}) {
-        addTriangle(mesh, from, to, plus(to));
-        addTriangle(mesh, from, plus(to), plus(from));
-    }
-    return mesh;
-}
-
 Mesh prism(Bytes& bytes) {
     const int axis = bytes.integer(0, 2);
     std::array<Vec3, 3> corners{gridPoint(bytes), gridPoint(bytes), gridPoint(bytes)};
@@ -85,7 +58,7 @@ Mesh prism(Bytes& bytes) {
     for (Vec3& corner : corners) corner.*up = foot;
     Vec3 by{};
     by.*up = height;
-    return prism(corners[0], corners[1], corners[2], by);
+    return test::prism(corners[0], corners[1], corners[2], by);
 }
 
 Mesh insideOut(Mesh mesh) {
@@ -139,7 +112,7 @@ Operand solid(Bytes& bytes) {
         const Vec3 b = gridPoint(bytes);
         const Vec3 c = gridPoint(bytes);
         const Vec3 d = gridPoint(bytes);
-        operand.mesh = tetrahedron(a, b, c, d);
+        operand.mesh = test::tetrahedron(a, b, c, d);
         break;
     }
     default:

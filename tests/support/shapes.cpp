@@ -81,6 +81,21 @@ Mesh unitCube() {
     return box({0, 0, 0}, {1, 1, 1});
 }
 
+Mesh tetrahedron(const Vec3& a, const Vec3& b, const Vec3& c, const Vec3& d) {
+    Mesh mesh = triangle(a, c, b);
+    for (const auto& [from, to] : {std::pair{a, b}, {b, c}, {c, a}}) mesh = joined(mesh, triangle(from, to, d));
+    return mesh;
+}
+
+Mesh prism(const Vec3& a, const Vec3& b, const Vec3& c, const Vec3& by) {
+    Mesh mesh = joined(triangle(a, c, b), triangle(sum(a, by), sum(b, by), sum(c, by)));
+    for (const auto& [from, to] : {std::pair{a, b}, {b, c}, {c, a}}) {
+        mesh = joined(mesh, triangle(from, to, sum(to, by)));
+        mesh = joined(mesh, triangle(from, sum(to, by), sum(from, by)));
+    }
+    return mesh;
+}
+
 Mesh icosphere(int level, const Vec3& centre, double radius) {
     const double g = (1 + std::sqrt(5.0)) / 2;
     const std::array<Vec3, 12> corners{{{-1, g, 0},
