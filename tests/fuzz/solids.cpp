@@ -101,10 +101,8 @@ Operand solid(Bytes& bytes) {
     case 0:
     case 1:
     case 2:
-        operand.mesh = box(bytes, 1);
-        break;
-    case 3:
-        operand.mesh = box(bytes, 2);
+    case 3: // with divided faces now and then: they are four times as many
+        operand.mesh = box(bytes, form / 8 == 3 ? 2 : 1);
         break;
     case 4:
     case 5: {
@@ -231,17 +229,17 @@ void solids(const std::uint8_t* data, std::size_t size) {
     switch (program % 4) {
     case 0:
     case 1: { // two operands, every operation
-        const Operand a = operand(bytes, 72);
-        const Operand b = operand(bytes, 48);
+        const Operand a = operand(bytes, 48);
+        const Operand b = operand(bytes, 24);
         const std::array<Mesh, 3> results = allThree(a.mesh, b.mesh, door);
         if (a.exact && b.exact) lawsOfPairs(a.mesh, b.mesh, results, bytes);
         break;
     }
     case 2: { // a base and cutters
-        const Operand base = operand(bytes, 48);
+        const Operand base = operand(bytes, 32);
         bool exact = base.exact;
         std::vector<Mesh> cutters;
-        for (int count = bytes.integer(0, 4); count > 0; --count) {
+        for (int count = bytes.integer(0, 3); count > 0; --count) {
             Operand cutter = solid(bytes);
             exact = exact && cutter.exact;
             cutters.push_back(std::move(cutter.mesh));
@@ -252,7 +250,7 @@ void solids(const std::uint8_t* data, std::size_t size) {
     }
     default: { // results as operands: planes computed from corners that were cut
         Mesh result = solid(bytes).mesh;
-        for (int steps = bytes.integer(1, 4); steps > 0 && result.vertices.size() < std::size_t{3} * 120; --steps) {
+        for (int steps = bytes.integer(1, 3); steps > 0 && result.vertices.size() < std::size_t{3} * 60; --steps) {
             const int operation = bytes.next();
             const Mesh other = solid(bytes).mesh;
             const bool swapped = operation / 3 % 2 == 1;
