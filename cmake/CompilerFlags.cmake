@@ -7,7 +7,7 @@ if(MSVC)
   target_compile_options(orva_arithmetic INTERFACE /fp:precise /EHs)
 else()
   # No fused multiply-add (Clang's default contracts), no fast-math, no -march beyond x86-64's SSE2: the same bits everywhere.
-  # Without errno, sqrt is the one correctly rounded instruction in every build; MinGW's own sqrt is another one at -O0.
+  # No code in this project calls sqrt where bits count: MinGW's rounds twice, and at -O0 even -fno-math-errno does not replace it.
   # Exceptions pass through extern "C" functions by default with GCC and Clang.
   target_compile_options(orva_arithmetic INTERFACE -ffp-contract=off -fno-fast-math -fno-math-errno)
 endif()

@@ -7,8 +7,15 @@
 #include "worker.hpp"
 
 #include <array>
+#include <memory>
 
 namespace orva::test {
+
+/// An empty record of the C interface, released also where the operation that should fill it throws.
+using OutputRecord = std::unique_ptr<MeshD, decltype(&orva_meshd_destroy)>;
+inline OutputRecord outputRecord() {
+    return {orva_meshd_create(0), orva_meshd_destroy};
+}
 
 struct TwoMeshOperation {
     const char* name;
@@ -23,11 +30,9 @@ struct TwoMeshOperation {
     Mesh throughC(const Mesh& a, const Mesh& b) const {
         const MeshD recordA = viewOf(a);
         const MeshD recordB = viewOf(b);
-        MeshD* output = orva_meshd_create(0);
-        c(output, &recordA, &recordB);
-        Mesh result = meshOf(*output);
-        orva_meshd_destroy(output);
-        return result;
+        const OutputRecord output = outputRecord();
+        c(output.get(), &recordA, &recordB);
+        return meshOf(*output);
     }
 };
 
@@ -50,11 +55,10 @@ struct BatchOperation {
         const MeshD record = viewOf(base);
         std::vector<MeshD> cutterRecords;
         for (const Mesh& cutter : cutters) cutterRecords.push_back(viewOf(cutter));
-        MeshD* output = orva_meshd_create(0);
-        withAWorker([&] { c(output, &record, cutterRecords.data(), static_cast<std::int32_t>(cutterRecords.size())); });
-        Mesh result = meshOf(*output);
-        orva_meshd_destroy(output);
-        return result;
+        const OutputRecord output = outputRecord();
+        const auto count = static_cast<std::int32_t>(cutterRecords.size());
+        withAWorker([&] { c(output.get(), &record, cutterRecords.data(), count); });
+        return meshOf(*output);
     }
 };
 

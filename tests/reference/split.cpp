@@ -1,7 +1,7 @@
 #include "reference.hpp"
 
 #include <algorithm>
-#include <cmath>
+#include <emmintrin.h>
 
 namespace orva::reference {
 
@@ -20,7 +20,9 @@ Vec3 cross(const Vec3& a, const Vec3& b) {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 Vec3 unit(const Vec3& a) {
-    const double length = std::sqrt(dot(a, a));
+    // Not std::sqrt: unoptimised, MinGW's is not the instruction and rounds twice.
+    const double squared = dot(a, a);
+    const double length = _mm_cvtsd_f64(_mm_sqrt_sd(_mm_set_sd(squared), _mm_set_sd(squared)));
     return {a.x / length, a.y / length, a.z / length};
 }
 

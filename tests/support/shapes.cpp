@@ -1,7 +1,8 @@
 #include "shapes.hpp"
 
+#include <emmintrin.h>
+
 #include <array>
-#include <cmath>
 #include <utility>
 
 namespace orva::test {
@@ -14,8 +15,12 @@ Vec3 sum(const Vec3& a, const Vec3& b) {
 Vec3 times(const Vec3& a, double s) {
     return {a.x * s, a.y * s, a.z * s};
 }
+// The instruction itself: unoptimised, MinGW's std::sqrt is another one and rounds twice.
+double squareRoot(double value) {
+    return _mm_cvtsd_f64(_mm_sqrt_sd(_mm_set_sd(value), _mm_set_sd(value)));
+}
 Vec3 onSphere(const Vec3& a) {
-    const double length = std::sqrt(a.x * a.x + a.y * a.y + a.z * a.z);
+    const double length = squareRoot(a.x * a.x + a.y * a.y + a.z * a.z);
     return {a.x / length, a.y / length, a.z / length};
 }
 
@@ -81,8 +86,23 @@ Mesh unitCube() {
     return box({0, 0, 0}, {1, 1, 1});
 }
 
+Mesh tetrahedron(const Vec3& a, const Vec3& b, const Vec3& c, const Vec3& d) {
+    Mesh mesh = triangle(a, c, b);
+    for (const auto& [from, to] : {std::pair{a, b}, {b, c}, {c, a}}) mesh = joined(mesh, triangle(from, to, d));
+    return mesh;
+}
+
+Mesh prism(const Vec3& a, const Vec3& b, const Vec3& c, const Vec3& by) {
+    Mesh mesh = joined(triangle(a, c, b), triangle(sum(a, by), sum(b, by), sum(c, by)));
+    for (const auto& [from, to] : {std::pair{a, b}, {b, c}, {c, a}}) {
+        mesh = joined(mesh, triangle(from, to, sum(to, by)));
+        mesh = joined(mesh, triangle(from, sum(to, by), sum(from, by)));
+    }
+    return mesh;
+}
+
 Mesh icosphere(int level, const Vec3& centre, double radius) {
-    const double g = (1 + std::sqrt(5.0)) / 2;
+    const double g = (1 + squareRoot(5.0)) / 2;
     const std::array<Vec3, 12> corners{{{-1, g, 0},
                                         {1, g, 0},
                                         {-1, -g, 0},

@@ -35,6 +35,12 @@ Mesh unitCube();
 /// The same box with every face divided into steps x steps squares.
 Mesh griddedBox(const Vec3& low, const Vec3& high, int steps);
 
+/// Outward where d lies above a, b, c, the side from which those run counter-clockwise.
+Mesh tetrahedron(const Vec3& a, const Vec3& b, const Vec3& c, const Vec3& d);
+
+/// The triangle a, b, c, the same one moved, and the sides; outward where `by` goes to the side of d above.
+Mesh prism(const Vec3& a, const Vec3& b, const Vec3& c, const Vec3& by);
+
 /// 20 * 4^level triangles around a centre.
 Mesh icosphere(int level, const Vec3& centre, double radius);
 
