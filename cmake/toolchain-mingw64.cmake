@@ -11,7 +11,7 @@ set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 # Each DLL and program carries its own GCC runtime: the three runtime DLLs of MinGW would have to travel along, and would meet
 # other versions of themselves in the host's process. Only our own DLLs, linked by path, stay dynamic.
 foreach(kind EXE SHARED MODULE)
-  set(CMAKE_${kind}_LINKER_FLAGS_INIT -static)
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-static -Wl,--no-insert-timestamp")
 endforeach()
 
 # Packages and headers come from what scripts/setup built for Windows, from what the caller names in CMAKE_PREFIX_PATH, and
