@@ -11,8 +11,11 @@ set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 # Each DLL and program carries its own GCC runtime: the three runtime DLLs of MinGW would have to travel along, and would meet
 # other versions of themselves in the host's process. Only our own DLLs, linked by path, stay dynamic.
 foreach(kind EXE SHARED MODULE)
-  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-static -Wl,--no-insert-timestamp")
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT -static)
 endforeach()
+
+# Without the time of the link in it, the same sources give the same file.
+add_link_options(-Wl,--no-insert-timestamp)
 
 # Packages and headers come from what scripts/setup built for Windows, from what the caller names in CMAKE_PREFIX_PATH, and
 # from MinGW; never from the machine itself. Its programs (cmake, ninja, git) are the ones that run here.
