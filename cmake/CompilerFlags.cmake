@@ -1,5 +1,5 @@
-# Two sets of flags, each written once: orva_arithmetic decides the bits of every result, orva_warnings what we do not let pass.
-# Both are private to our own targets; nothing leaks to consumers.
+# Three sets of flags, each written once: orva_arithmetic decides the bits of every result, orva_hardening what an attacker meets,
+# orva_warnings what we do not let pass. All are private to our own targets; nothing leaks to consumers.
 
 add_library(orva_arithmetic INTERFACE)
 if(MSVC)
@@ -19,6 +19,27 @@ if(ORVA_SANITIZE)
   add_compile_options(-fsanitize=${ORVA_SANITIZE} -fno-sanitize=float-divide-by-zero -fno-sanitize-recover=all
     -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ORVA_SANITIZE})
+endif()
+
+# For what is shipped, the library and the program; tests/hardening/ reads all of it back from the built files. None of it
+# touches arithmetic. Not together with a sanitizer, which watches the same things by means of its own.
+add_library(orva_hardening INTERFACE)
+if(NOT MSVC AND NOT ORVA_SANITIZE)
+  # The folder of a release build stays out of it: built elsewhere it is the same, byte for byte (scripts/reproducible).
+  target_compile_options(orva_hardening INTERFACE $<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
+  target_compile_options(orva_hardening INTERFACE -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+  if(MINGW)
+    # At the link as well: the compiler then adds libssp, which has the guard and the checked functions.
+    target_link_options(orva_hardening INTERFACE
+      -fstack-protector-strong -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat)
+  elseif(UNIX)
+    # note: the linker marks a file as fit for control-flow enforcement when each of its parts is marked. Debian 12's own crti.o
+    # is not, though all it has are plain calls and returns: so we say that the shadow stack suits. Of the indirect branches we
+    # must not say it, for that crti.o's _init does not begin with endbr64, as all functions compiled here do.
+    target_compile_options(orva_hardening INTERFACE -fcf-protection)
+    target_link_options(orva_hardening INTERFACE
+      LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack LINKER:-z,shstk)
+  endif()
 endif()
 
 add_library(orva_warnings INTERFACE)

@@ -14,6 +14,9 @@ foreach(kind EXE SHARED MODULE)
   set(CMAKE_${kind}_LINKER_FLAGS_INIT -static)
 endforeach()
 
+# Without the time of the link in it, the same sources give the same file.
+add_link_options(-Wl,--no-insert-timestamp)
+
 # Packages and headers come from what scripts/setup built for Windows, from what the caller names in CMAKE_PREFIX_PATH, and
 # from MinGW; never from the machine itself. Its programs (cmake, ninja, git) are the ones that run here.
 set(CMAKE_FIND_ROOT_PATH ${CMAKE_PREFIX_PATH} ${CMAKE_CURRENT_LIST_DIR}/../build/deps/windows /usr/x86_64-w64-mingw32)
