@@ -92,11 +92,22 @@ void Node::buildIn(Newcomers<double> newcomers) {
     std::sort(waiting.begin(), waiting.end(), [](const Waiting& a, const Waiting& b) {
         return a.node != b.node ? std::less<>()(a.node, b.node) : a.slot.rank < b.slot.rank;
     });
-    for (std::size_t i = 0; i < waiting.size();) {
-        Node* const node = waiting[i].node;
+    // note: where nodes lie in memory is chance. One after the other by their first polygons, every call does the same.
+    struct Run {
+        std::size_t begin;
+        std::size_t end;
+    };
+    List<Run> runs;
+    for (std::size_t begin = 0, end = 0; begin < waiting.size(); begin = end) {
+        while (end < waiting.size() && waiting[end].node == waiting[begin].node) ++end;
+        runs.push_back({begin, end});
+    }
+    std::sort(runs.begin(), runs.end(),
+              [&](const Run& a, const Run& b) { return waiting[a.begin].slot.rank < waiting[b.begin].slot.rank; });
+    for (const Run& run : runs) {
         others.clear();
-        for (; i < waiting.size() && waiting[i].node == node; ++i) others.push_back(waiting[i].slot);
-        grow(sifter, *node, sifter.put(others.data(), others.data() + others.size()), nullptr);
+        for (std::size_t i = run.begin; i < run.end; ++i) others.push_back(waiting[i].slot);
+        grow(sifter, *waiting[run.begin].node, sifter.put(others.data(), others.data() + others.size()), nullptr);
     }
 }
 
