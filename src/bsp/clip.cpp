@@ -223,12 +223,12 @@ Newcomers<double> takeClippedTwice(Node& tree, Node& other, Turn turn) {
         if (node->*first != nullptr) nodes.push_back((node->*first).get());
         if (node->*second != nullptr) nodes.push_back((node->*second).get());
     }
-    List<Piece> pieces;
+    List<List<Piece>> found; // group by group
     std::mutex mutex;
     const auto clipGroup = [&](const Group& group) {
-        List<Piece> found = clipTwice(nodes, group, other, turn);
+        List<Piece> pieces = clipTwice(nodes, group, other, turn);
         const std::lock_guard<std::mutex> lock(mutex);
-        for (Piece& piece : found) pieces.push_back(std::move(piece));
+        found.push_back(std::move(pieces));
     };
     divideWork(nodes, clipGroup, [&](std::uint32_t heavy) { clipGroup({heavy}); });
     if (turn == Turn::AndBack) { // spent
@@ -239,15 +239,20 @@ Newcomers<double> takeClippedTwice(Node& tree, Node& other, Turn turn) {
     // Node by node, as they would be taken from the tree. All pieces of a node were made by one thread, in order.
     List<std::uint32_t> begins; // by owner
     begins.resize(nodes.size() + 1);
-    for (const Piece& piece : pieces) ++begins[piece.owner + 1];
+    for (const List<Piece>& pieces : found) {
+        for (const Piece& piece : pieces) ++begins[piece.owner + 1];
+    }
     for (std::size_t i = 1; i < begins.size(); ++i) begins[i] += begins[i - 1];
     Newcomers<double> newcomers;
-    newcomers.polygons.resize(pieces.size());
-    newcomers.places.resize(pieces.size());
-    for (Piece& piece : pieces) {
-        const std::uint32_t i = begins[piece.owner]++;
-        newcomers.polygons[i] = std::move(piece.polygon);
-        newcomers.places[i] = piece.place;
+    newcomers.polygons.resize(begins.back());
+    newcomers.places.resize(begins.back());
+    for (List<Piece>& pieces : found) {
+        for (Piece& piece : pieces) {
+            const std::uint32_t i = begins[piece.owner]++;
+            newcomers.polygons[i] = std::move(piece.polygon);
+            newcomers.places[i] = piece.place;
+        }
+        pieces = {};
     }
     return newcomers;
 }
