@@ -98,12 +98,22 @@ TEST(FailingHeap, ThatAnswersNullMakesCreateReturnNullAndLeakNothing) {
         const MeshD* record = orva_meshd_create(4);
         const MeshF* single = orva_meshf_create(4);
         const VertexD* vertices = orva_meshd_alloc_vertices(4);
+        const MeshD* empty = from == 1 ? orva_meshd_create(0) : nullptr; // nothing but the record is asked for
         failure = Failure::None;
+        EXPECT_EQ(empty, nullptr);
         EXPECT_EQ(record, nullptr);
         EXPECT_EQ(single, nullptr);
         EXPECT_EQ(vertices, nullptr);
         EXPECT_EQ(live, 0);
     }
+}
+
+TEST(FailingHeap, GetsBackAllOfARecordThatIsDestroyed) {
+    const Armed armed(Failure::Null, static_cast<std::size_t>(-1)); // counts, and never fails
+    orva_meshd_destroy(orva_meshd_create(4));
+    EXPECT_EQ(live, 0);
+    orva_meshf_destroy(orva_meshf_create(4));
+    EXPECT_EQ(live, 0);
 }
 
 TEST(FailingHeap, LeavesTheOutputRecordWithTheNewCountBesideItsOldArray) {
