@@ -126,11 +126,11 @@ List<Piece> clipTwice(const List<Node*>& nodes, const Group& group, Node& other,
         const bool goesAgain = again[owner - first] != 0;
         if (goesAgain || turn == Turn::Around) flip(polygon);
         if (goesAgain) {
-            ORVA_COUNT(uncertain);
+            ORVA_COUNT(uncertain, 1);
             turned.polygons.push_back(std::move(polygon));
             turned.owners.push_back(owner);
         } else {
-            ORVA_COUNT(certain);
+            ORVA_COUNT(certain, 1);
             pieces.push_back({std::move(polygon), survivor.place, owner});
         }
     }

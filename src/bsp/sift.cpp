@@ -179,7 +179,8 @@ Sifter::Parts Sifter::divide(const Plane& plane, const Part& part, Rules rules) 
     std::uint32_t root = part.root;
     if (root == NONE) {
         if (part.count < thresholds_.polygons || part.planes < thresholds_.planes) {
-            ORVA_COUNT(slotDivisions);
+            ORVA_COUNT(slotDivisions, 1);
+            ORVA_COUNT(slots, part.count);
             Division division(plane, rules, origin_, far_, reach_);
             divideSlots(division, part, parts);
             for (Part* half : {&parts.front, &parts.back}) {
@@ -190,7 +191,7 @@ Sifter::Parts Sifter::divide(const Plane& plane, const Part& part, Rules rules) 
         root = makeHierarchy(part);
         slots_.resize(part.begin);
     }
-    ORVA_COUNT(hierarchyDivisions);
+    ORVA_COUNT(hierarchyDivisions, 1);
     Division division(plane, rules, origin_, far_, reach_);
     const Halves halves = divideEntry(division, root, rules.keepFirst);
     std::sort(kept_.begin(), kept_.end(), byRank);
@@ -209,6 +210,7 @@ Bounds Sifter::bound(const Polygon& polygon) {
 }
 
 PolygonSide Sifter::sideOf(const Division& division, std::uint32_t polygon) {
+    ORVA_COUNT(exactSides, 1);
     const Polygon& exact = pool_[polygon];
     const PolygonSide side = bspcsg::sideOf(division.plane, exact);
     if (side == PolygonSide::Spanning || division.rules.keepCoplanar) return side;
@@ -365,6 +367,7 @@ Sifter::Halves Sifter::dividePolygon(Division& division, std::uint32_t index, st
 Sifter::Halves Sifter::divideEntry(Division& division, std::uint32_t index, bool holdsFirst) {
     const std::uint32_t all = (1U << entries_[index].lanes) - 1;
     const std::uint32_t first = holdsFirst ? firstOf(entries_[index]) : LANES;
+    ORVA_COUNT(entries, 1);
     const Sides sides = sidesOf(division, entries_[index]);
     std::uint32_t open = all;
     if (holdsFirst) open &= ~(1U << first);
@@ -547,6 +550,7 @@ void Sifter::freeEntry(std::uint32_t entry) {
 
 // Puts a polygon into a lane; its slab lies along its own normal.
 void Sifter::setPolygon(std::uint32_t index, std::uint32_t lane, const Slot& slot) {
+    ORVA_COUNT(inHierarchies, 1);
     Entry& entry = entries_[index];
     const Polygon& polygon = pool_[slot.polygon];
     for (std::size_t k = 0; k < 3; ++k) {

@@ -59,12 +59,12 @@
 #define ORVA_HIERARCHY_PLANES 24
 #endif
 
-// And count with it which ways were taken.
+// And count with it which ways were taken, and how much was done on them.
 #ifdef ORVA_COUNT_PATHS
 #include <atomic>
-#define ORVA_COUNT(path) ++orva::bspcsg::pathCounts.path
+#define ORVA_COUNT(path, by) orva::bspcsg::pathCounts.path += (by)
 #else
-#define ORVA_COUNT(path) static_cast<void>(0)
+#define ORVA_COUNT(path, by) static_cast<void>(0)
 #endif
 
 namespace orva::bspcsg {
@@ -72,8 +72,12 @@ namespace orva::bspcsg {
 #ifdef ORVA_COUNT_PATHS
 struct PathCounts {
     std::atomic<std::uint64_t> slotDivisions{0};
+    std::atomic<std::uint64_t> slots{0}; ///< in those
     std::atomic<std::uint64_t> hierarchyDivisions{0};
-    std::atomic<std::uint64_t> certain{0}; ///< polygons that did not have to be clipped a second time
+    std::atomic<std::uint64_t> entries{0};       ///< opened in those
+    std::atomic<std::uint64_t> exactSides{0};    ///< polygons of which the corners were asked
+    std::atomic<std::uint64_t> inHierarchies{0}; ///< polygons for which a place in one was made
+    std::atomic<std::uint64_t> certain{0};       ///< polygons that did not have to be clipped a second time
     std::atomic<std::uint64_t> uncertain{0};
 };
 inline PathCounts pathCounts;

@@ -1,10 +1,11 @@
-// Which ways through the tree were taken, in the library built with counts of them.
+// Which ways through the tree were taken and how much was done on them, in the library built with counts of that.
 #include "boolean/combine.hpp"
 #include "boolean/recipes.hpp"
 #include "bsp/sift.hpp"
 #include "cases.hpp"
 
 #include <gtest/gtest.h>
+#include <tbb/global_control.h>
 
 namespace orva::equivalence {
 
@@ -34,5 +35,28 @@ TEST(Paths, AreReachedAsFarAsTheyAreNotForcedAway) {
     EXPECT_GT(counts.certain, 100U);
     EXPECT_GT(counts.uncertain, 20U);
 }
+
+// What only costs time is seen here: no result tells of it. A change that is meant changes these numbers.
+#if ORVA_HIERARCHY_POLYGONS == 150
+TEST(Paths, OfTwoSpheresTakeTheWorkThatIsOnRecord) {
+    const tbb::global_control oneThread(tbb::global_control::max_allowed_parallelism, 1);
+    auto& counts = bspcsg::pathCounts;
+    for (auto* count : {&counts.slotDivisions, &counts.slots, &counts.hierarchyDivisions, &counts.entries,
+                        &counts.exactSides, &counts.inHierarchies, &counts.certain, &counts.uncertain}) {
+        *count = 0;
+    }
+    Mesh result;
+    bspcsg::combineMeshes(result, test::icosphere(3, {0, 0, 0}, 1), test::icosphere(3, {0.7, 0.3, 0.2}, 1),
+                          bspcsg::unionTrees);
+    EXPECT_EQ(counts.slotDivisions, 6529U);
+    EXPECT_EQ(counts.slots, 433778U);
+    EXPECT_EQ(counts.hierarchyDivisions, 8039U);
+    EXPECT_EQ(counts.entries, 102234U);
+    EXPECT_EQ(counts.exactSides, 83033U);
+    EXPECT_EQ(counts.inHierarchies, 21428U);
+    EXPECT_EQ(counts.certain, 2959U);
+    EXPECT_EQ(counts.uncertain, 0U);
+}
+#endif
 
 } // namespace orva::equivalence
