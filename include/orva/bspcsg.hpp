@@ -6,8 +6,8 @@
 ///
 /// What is assumed of the meshes: each is the whole boundary of a solid (closed, outward facing, not crossing itself).
 /// Nothing checks it. Open, crossing or inside-out meshes, triangles without area, NaN and infinite coordinates go
-/// through like any others and give what the planes give. The call does not fail on them; but where coordinates are so
-/// large that their products overflow, some planes cut without end to speak of, and time and memory with them.
+/// through like any others and give what the planes give. The call does not fail on them as such; but coordinates so
+/// large that their products overflow can multiply pieces until memory is out, which is then reported as always.
 ///
 /// How it works: the triangles of each mesh become a binary space partitioning tree of polygons (B. Naylor, J.
 /// Amanatides, W. Thibault: Merging BSP Trees Yields Polyhedral Set Operations, 1990); each tree clips the other's

@@ -38,10 +38,14 @@ struct Waiting {
 // Divides the part that has reached a node, and what comes of it, and so on. With `waiting`, what reaches a node that
 // has nothing yet is put aside there instead.
 void grow(Sifter& sifter, Node& root, const Sifter::Part& all, List<Waiting>* waiting) {
-    List<WorkItem<Node>> work;
-    work.push_back({&root, all, 0});
+    struct Reached {
+        Node* node;
+        Sifter::Part part;
+    };
+    List<Reached> work;
+    work.push_back({&root, all});
     while (!work.empty()) {
-        const auto [node, part, level] = work.back();
+        const auto [node, part] = work.back();
         work.pop_back();
         if (waiting != nullptr && isBare(*node)) {
             sifter.takeAll(part, [&, to = node](const Slot& slot) { waiting->push_back({to, slot}); });
@@ -59,8 +63,8 @@ void grow(Sifter& sifter, Node& root, const Sifter::Part& all, List<Waiting>* wa
             node->polygons.reserve(node->polygons.size() + sifter.keptCount());
             sifter.forEachKept([&, to = node](Polygon& polygon) { to->polygons.push_back(std::move(polygon)); });
         }
-        if (parts.back.count > 0) work.push_back({&childAt(node->back), parts.back, level + 1});
-        if (parts.front.count > 0) work.push_back({&childAt(node->front), parts.front, level + 1});
+        if (parts.back.count > 0) work.push_back({&childAt(node->back), parts.back});
+        if (parts.front.count > 0) work.push_back({&childAt(node->front), parts.front});
     }
 }
 

@@ -31,7 +31,12 @@ template <typename NodeType> struct Survivor {
 template <typename NodeType> List<Survivor<NodeType>> clip(Sifter& sifter, NodeType& tree) {
     List<Survivor<NodeType>> found;
     List<std::uint32_t> begins; // by level: how many before it
-    List<WorkItem<NodeType>> work;
+    struct Reached {
+        NodeType* node;
+        Sifter::Part part;
+        std::uint32_t level; // the root's is 0
+    };
+    List<Reached> work;
     work.push_back({&tree, sifter.start(), 0});
     while (!work.empty()) {
         const auto [node, part, level] = work.back();

@@ -108,8 +108,9 @@ void copyInto(const Node& source, Node& target);
 enum class Turn { Around, AndBack };
 
 /// The polygons that tree.clipTree(other), tree.invert(), tree.clipTree(other) and, for Turn::AndBack, tree.invert()
-/// would leave in a tree, taken out of it in order; its planes stay as they are. Of almost all it is known after the
-/// first clipping where they end up after the second, and in other.buildIn.
+/// would leave in a tree, taken out of it in order. After Turn::Around its planes are as before, after Turn::AndBack
+/// its root is all that is left of it. Of almost all polygons it is known after the first clipping where they end up
+/// after the second, and in other.buildIn.
 Newcomers<double> takeClippedTwice(Node& tree, Node& other, Turn turn);
 
 /// The step of clipTree for one node.

@@ -362,6 +362,19 @@ Sifter::Halves Sifter::dividePolygon(Division& division, std::uint32_t index, st
     return pieces;
 }
 
+void Sifter::copyLane(Entry& target, std::uint32_t to, const Entry& source, std::uint32_t from) {
+    for (std::size_t k = 0; k < 3; ++k) {
+        target.middle[k][to] = source.middle[k][from];
+        target.half[k][to] = source.half[k][from];
+        target.direction[k][to] = source.direction[k][from];
+    }
+    target.slabMiddle[to] = source.slabMiddle[from];
+    target.slabHalf[to] = source.slabHalf[from];
+    target.rank[to] = source.rank[from];
+    target.count[to] = source.count[from];
+    target.child[to] = source.child[from];
+}
+
 // Divides what lies below an entry; `holdsFirst` says that the polygon which stays unclassified is there. The side that
 // keeps more of the entry's children keeps the entry.
 Sifter::Halves Sifter::divideEntry(Division& division, std::uint32_t index, bool holdsFirst) {
@@ -416,21 +429,6 @@ Sifter::Halves Sifter::divideEntry(Division& division, std::uint32_t index, bool
     const auto childOf = [&](std::uint32_t lane, bool inFront) {
         return inFront ? halves[lane].front : halves[lane].back;
     };
-    const auto copyLane = [this](std::uint32_t to, std::uint32_t toLane, std::uint32_t from, std::uint32_t lane) {
-        Entry& target = entries_[to];
-        const Entry& source = entries_[from];
-        for (std::size_t k = 0; k < 3; ++k) {
-            target.middle[k][toLane] = source.middle[k][lane];
-            target.half[k][toLane] = source.half[k][lane];
-            target.direction[k][toLane] = source.direction[k][lane];
-        }
-        target.slabMiddle[toLane] = source.slabMiddle[lane];
-        target.slabHalf[toLane] = source.slabHalf[lane];
-        target.rank[toLane] = source.rank[lane];
-        target.count[toLane] = source.count[lane];
-        target.child[toLane] = source.child[lane];
-    };
-
     std::uint32_t other = NONE;
     if ((moved | movedApart) != 0) {
         other = newEntry();
@@ -438,7 +436,7 @@ Sifter::Halves Sifter::divideEntry(Division& division, std::uint32_t index, bool
             const std::uint32_t bit = 1U << i;
             if (((moved | movedApart) & bit) == 0) continue;
             const std::uint32_t lane = entries_[other].lanes++;
-            copyLane(other, lane, index, i);
+            copyLane(entries_[other], lane, entries_[index], i);
             if ((movedApart & bit) != 0) setChild(other, lane, childOf(i, !frontStays), (sameBounds & bit) != 0);
         }
     }
@@ -453,7 +451,7 @@ Sifter::Halves Sifter::divideEntry(Division& division, std::uint32_t index, bool
                 setChild(index, i, childOf(i, frontStays), (sameBounds & bit) != 0);
             } else if ((stays & bit) == 0) {
                 const std::uint32_t last = --entries_[index].lanes;
-                if (i != last) copyLane(index, i, index, last);
+                if (i != last) copyLane(entries_[index], i, entries_[index], last);
             }
         }
     }
@@ -588,16 +586,7 @@ void Sifter::setChild(std::uint32_t index, std::uint32_t lane, std::uint32_t chi
     }
     const Entry& below = entries_[child];
     if (below.lanes == 1) { // nothing is gained by asking it
-        for (std::size_t k = 0; k < 3; ++k) {
-            entry.middle[k][lane] = below.middle[k][0];
-            entry.half[k][lane] = below.half[k][0];
-            entry.direction[k][lane] = below.direction[k][0];
-        }
-        entry.slabMiddle[lane] = below.slabMiddle[0];
-        entry.slabHalf[lane] = below.slabHalf[0];
-        entry.rank[lane] = below.rank[0];
-        entry.count[lane] = below.count[0];
-        entry.child[lane] = below.child[0];
+        copyLane(entry, lane, below, 0);
         freeEntry(child);
         return;
     }

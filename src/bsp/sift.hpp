@@ -221,6 +221,7 @@ private:
     Halves divideEntry(Division& division, std::uint32_t index, bool holdsFirst);
     Halves dividePolygon(Division& division, std::uint32_t index, std::uint32_t lane, bool holdsFirst);
     static std::uint32_t firstOf(const Entry& entry);
+    static void copyLane(Entry& target, std::uint32_t to, const Entry& source, std::uint32_t from);
     Part partOf(std::uint32_t root);
 
     std::uint32_t makeHierarchy(const Part& part);
@@ -250,13 +251,6 @@ private:
     List<Vertex> frontPiece_;
     List<Vertex> backPiece_;
     List<PolygonSide> sides_;
-};
-
-/// A node and the polygons that have reached it: the entry of the work stacks of build and clipPolygonList.
-template <typename Node> struct WorkItem {
-    Node* node;
-    Sifter::Part polygons;
-    std::uint32_t level; ///< the root's is 0
 };
 
 } // namespace orva::bspcsg

@@ -21,8 +21,8 @@ namespace seam {
 #if defined(ORVA_ALLOCATION_SEAM)
 bool refuses() noexcept;                 ///< asked before working memory is taken: true makes that fail
 void workingBlocks(int change) noexcept; ///< told of every block taken and given back
-void processHeapCalls(
-    int change) noexcept; ///< told when a call takes memory from the process heap, and when it is over
+/// Told when a call takes memory from the process heap, and when it is over.
+void processHeapCalls(int change) noexcept;
 #else
 constexpr bool refuses() noexcept {
     return false;
