@@ -31,13 +31,13 @@ protected:
     }
 
     std::string countIn(const std::string& name) const {
-        return std::to_string(readOff(contentOf(name)).vertices.size() / 3);
+        return std::to_string(readAs(readOff, contentOf(name)).vertices.size() / 3);
     }
 
     void expectVolume(const std::string& verb, double volume) const {
         const Outcome run = orva({verb, a, b, "-o", result});
         expectLine(run, verb + ": 12 + 12 triangles -> " + countIn(result));
-        const Mesh mesh = readOff(contentOf(result));
+        const Mesh mesh = readAs(readOff, contentOf(result));
         EXPECT_DOUBLE_EQ(signedVolume(mesh), volume);
         EXPECT_EQ(measureClosedness(mesh, CLOSING_TOLERANCE).openEdges, 0U);
     }
@@ -68,7 +68,7 @@ TEST_F(BooleanVerb, VerboseMeasuresTheResult) {
 TEST_F(BooleanVerb, VerboseTellsThatTheResultIsOpen) {
     std::vector<Triangle> triangles = boxTriangles({0, 0, 0}, {2, 2, 2});
     triangles.resize(10); // no top
-    const std::string open = file("open.off", writeOff(meshOf(triangles)));
+    const std::string open = file("open.off", writeAs(writeOff, meshOf(triangles)));
     const std::string under = file("under.off", boxFile({0, 0, -3}, {2, 2, -2}));
     const Outcome run = orva({"union", "--verbose", open, under, "-o", result});
     // From the middle of the box, the missing top would add a sixth of its volume. The result's middle is 1.5 lower.
@@ -99,7 +99,7 @@ TEST_F(BooleanVerb, SubtractTakesManyCuttersInEveryMode) {
         Outcome run = orva({"subtract", a, b, c, away, d, "-o", result, "--mode", mode});
         if (run.errors.starts_with("orva: one processor only")) run.errors.erase(0, run.errors.find('\n') + 1);
         expectLine(run, "subtract: 12 + 48 triangles in 4 meshes -> " + countIn(result));
-        EXPECT_NEAR(signedVolume(readOff(contentOf(result))), 6.875, 1e-12) << mode;
+        EXPECT_NEAR(signedVolume(readAs(readOff, contentOf(result))), 6.875, 1e-12) << mode;
     }
     expectLine(orva({"subtract", a, b, empty, "-o", result, "--mode", "union"}),
                "subtract: 12 + 12 triangles in 2 meshes -> 0 (empty, as every result of an empty mesh)");
@@ -134,7 +134,7 @@ TEST_F(BooleanVerb, OutputReplacesItsOwnInput) {
 
 TEST_F(BooleanVerb, SameFileTwice) {
     ASSERT_EQ(orva({"union", a, a, "-o", result}).exitCode, 0);
-    EXPECT_DOUBLE_EQ(signedVolume(readOff(contentOf(result))), 8.0);
+    EXPECT_DOUBLE_EQ(signedVolume(readAs(readOff, contentOf(result))), 8.0);
 }
 
 TEST_F(BooleanVerb, BrokenSecondMeshIsNamed) {

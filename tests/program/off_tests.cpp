@@ -19,7 +19,7 @@ const std::string square = "OFF\n4 2 5\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n3 0 1 2\n3 0
 
 // The positions as the file for the same mesh has them.
 std::string reread(const std::string& text) {
-    return writeOff(readOff(text));
+    return writeAs(writeOff, readAs(readOff, text));
 }
 
 std::string in(std::size_t line, const std::string& word) {
@@ -28,7 +28,7 @@ std::string in(std::size_t line, const std::string& word) {
 
 std::string refusal(const std::string& text) {
     try {
-        readOff(text);
+        readAs(readOff, text);
         return "nothing was refused";
     } catch (const MeshError& error) {
         return error.what();
@@ -41,14 +41,14 @@ const std::string cutShort = "; it is cut short or its counts are wrong, export 
 // ---- read ----
 
 TEST(OffRead, Triangles) {
-    const Mesh mesh = readOff(square);
+    const Mesh mesh = readAs(readOff, square);
     ASSERT_EQ(mesh.vertices.size(), 6U);
     EXPECT_EQ(mesh.vertices[4].pos.x, 1.0);
     EXPECT_EQ(mesh.vertices[4].pos.y, 1.0);
 }
 
 TEST(OffRead, NormalsAreThoseOfTheTriangles) {
-    const Mesh mesh = readOff("OFF 4 2 0  0 0 0  0 3 4  0 6 8  5 0 0  3 0 3 1\n3 0 1 2\n");
+    const Mesh mesh = readAs(readOff, "OFF 4 2 0  0 0 0  0 3 4  0 6 8  5 0 0  3 0 3 1\n3 0 1 2\n");
     ASSERT_EQ(mesh.vertices.size(), 6U);
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(mesh.vertices[static_cast<std::size_t>(i)].normal.x, 0.0);
@@ -107,7 +107,7 @@ TEST(OffRead, ColoursAndNormalsBehindVertices) {
 }
 
 TEST(OffRead, NumbersInEveryNotation) {
-    const Mesh mesh = readOff("OFF 3 1 0  +1 -2.50 .5  1e-3 1E+2 -0  5. 00.1 1e-320  3 0 1 2");
+    const Mesh mesh = readAs(readOff, "OFF 3 1 0  +1 -2.50 .5  1e-3 1E+2 -0  5. 00.1 1e-320  3 0 1 2");
     EXPECT_EQ(mesh.vertices[0].pos.x, 1.0);
     EXPECT_EQ(mesh.vertices[0].pos.y, -2.5);
     EXPECT_EQ(mesh.vertices[0].pos.z, 0.5);
@@ -185,18 +185,18 @@ TEST(OffRefused, CountsThatPromiseTooLittle) {
 // ---- written ----
 
 TEST(OffWritten, EqualCornersAreOneVertex) {
-    EXPECT_EQ(writeOff(readOff(square)), "OFF\n4 2 0\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n3 0 1 2\n3 0 2 3\n");
-    EXPECT_EQ(writeOff(box({0, 0, 0}, {1, 1, 1})).substr(0, 11), "OFF\n8 12 0\n");
+    EXPECT_EQ(writeAs(writeOff, readAs(readOff, square)), "OFF\n4 2 0\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n3 0 1 2\n3 0 2 3\n");
+    EXPECT_EQ(writeAs(writeOff, box({0, 0, 0}, {1, 1, 1})).substr(0, 11), "OFF\n8 12 0\n");
 }
 
 TEST(OffWritten, PositiveAndNegativeZeroAreOneVertex) {
-    EXPECT_EQ(writeOff(meshOf({{{{0.0, 1, 2}, {3, 4, 5}, {6, 7, 8}}}, {{{-0.0, 1, 2}, {6, 7, 8}, {9, 9, 9}}}})),
+    EXPECT_EQ(writeAs(writeOff, meshOf({{{{0.0, 1, 2}, {3, 4, 5}, {6, 7, 8}}}, {{{-0.0, 1, 2}, {6, 7, 8}, {9, 9, 9}}}})),
               "OFF\n4 2 0\n0 1 2\n3 4 5\n6 7 8\n9 9 9\n3 0 1 2\n3 0 2 3\n");
 }
 
 TEST(OffWritten, NoTriangles) {
-    EXPECT_EQ(writeOff({}), "OFF\n0 0 0\n");
-    EXPECT_TRUE(readOff("OFF\n0 0 0\n").vertices.empty());
+    EXPECT_EQ(writeAs(writeOff, {}), "OFF\n0 0 0\n");
+    EXPECT_TRUE(readAs(readOff, "OFF\n0 0 0\n").vertices.empty());
 }
 
 TEST(OffWritten, EveryDoubleComesBack) {
@@ -214,7 +214,7 @@ TEST(OffWritten, EveryDoubleComesBack) {
                                      1e22,
                                      9007199254740993.0};
     for (const double value : values) {
-        const Mesh mesh = readOff(writeOff(meshOf({{{{value, 1, 2}, {3, value, 5}, {6, 7, value}}}})));
+        const Mesh mesh = readAs(readOff, writeAs(writeOff, meshOf({{{{value, 1, 2}, {3, value, 5}, {6, 7, value}}}})));
         for (const double read : {mesh.vertices[0].pos.x, mesh.vertices[1].pos.y, mesh.vertices[2].pos.z}) {
             EXPECT_EQ(std::bit_cast<std::uint64_t>(read), std::bit_cast<std::uint64_t>(value)) << value;
         }

@@ -44,8 +44,20 @@ Mesh box(const Vec3& low, const Vec3& high) {
     return meshOf(boxTriangles(low, high));
 }
 
+Mesh readAs(decltype(Format::read) read, std::string_view bytes) {
+    Notes notes;
+    return read(bytes, notes).mesh;
+}
+
+std::string writeAs(decltype(Format::write) write, const Mesh& mesh) {
+    Model model;
+    model.mesh = mesh;
+    Notes notes;
+    return write(model, {}, notes);
+}
+
 std::string boxFile(const Vec3& low, const Vec3& high) {
-    return writeOff(box(low, high));
+    return writeAs(writeOff, box(low, high));
 }
 
 std::string stlFile(std::uint32_t count, const std::vector<float>& floats, const std::string& header) {

@@ -1,11 +1,12 @@
 // Meshes and files to test with.
 #pragma once
 
-#include "orva/types.hpp"
+#include "formats/format.hpp"
 
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orva::program {
@@ -20,6 +21,10 @@ std::vector<Triangle> boxTriangles(const Vec3& low, const Vec3& high);
 Mesh meshOf(const std::vector<Triangle>& triangles);
 
 Mesh box(const Vec3& low, const Vec3& high);
+
+// What a format's reader and writer make of it, their notes left aside.
+Mesh readAs(decltype(Format::read) read, std::string_view bytes);
+std::string writeAs(decltype(Format::write) write, const Mesh& mesh);
 
 // A box as the content of an .off file.
 std::string boxFile(const Vec3& low, const Vec3& high);

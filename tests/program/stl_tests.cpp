@@ -15,7 +15,7 @@ namespace {
 
 std::string refusal(const std::string& bytes) {
     try {
-        readStl(bytes);
+        readAs(readStl, bytes);
         return "nothing was refused";
     } catch (const MeshError& error) {
         return error.what();
@@ -24,7 +24,7 @@ std::string refusal(const std::string& bytes) {
 
 std::string unwritable(double coordinate) {
     try {
-        writeStl(meshOf({{{{coordinate, 0, 0}, {1, 0, 0}, {0, 1, 0}}}}));
+        writeAs(writeStl, meshOf({{{{coordinate, 0, 0}, {1, 0, 0}, {0, 1, 0}}}}));
         return "nothing was refused";
     } catch (const MeshError& error) {
         return error.what();
@@ -34,7 +34,7 @@ std::string unwritable(double coordinate) {
 // ---- read ----
 
 TEST(StlRead, PositionsInSinglePrecision) {
-    const Mesh mesh = readStl(stlFile(1, stlTriangle()));
+    const Mesh mesh = readAs(readStl, stlFile(1, stlTriangle()));
     ASSERT_EQ(mesh.vertices.size(), 3U);
     EXPECT_EQ(mesh.vertices[0].pos.x, 1.5);
     EXPECT_EQ(mesh.vertices[1].pos.y, static_cast<double>(0.1F));
@@ -42,7 +42,7 @@ TEST(StlRead, PositionsInSinglePrecision) {
 }
 
 TEST(StlRead, NormalsAreThoseOfTheTrianglesNotThoseInTheFile) {
-    for (const types::Vertex& vertex : readStl(stlFile(1, stlTriangle())).vertices) {
+    for (const types::Vertex& vertex : readAs(readStl, stlFile(1, stlTriangle())).vertices) {
         EXPECT_EQ(vertex.normal.x, -1.0);
         EXPECT_EQ(vertex.normal.y, 0.0);
         EXPECT_EQ(vertex.normal.z, 0.0);
@@ -50,17 +50,17 @@ TEST(StlRead, NormalsAreThoseOfTheTrianglesNotThoseInTheFile) {
 }
 
 TEST(StlRead, TriangleWithoutAreaHasNoNormal) {
-    for (const types::Vertex& vertex : readStl(stlFile(1, std::vector<float>(12, 1.0F))).vertices) {
+    for (const types::Vertex& vertex : readAs(readStl, stlFile(1, std::vector<float>(12, 1.0F))).vertices) {
         EXPECT_TRUE(vertex.normal.x == 0.0 && vertex.normal.y == 0.0 && vertex.normal.z == 0.0);
     }
 }
 
 TEST(StlRead, BinaryFileWhoseHeaderSaysSolid) {
-    EXPECT_EQ(readStl(stlFile(1, stlTriangle(), "solid part")).vertices.size(), 3U);
+    EXPECT_EQ(readAs(readStl, stlFile(1, stlTriangle(), "solid part")).vertices.size(), 3U);
 }
 
 TEST(StlRead, NoTriangles) {
-    EXPECT_TRUE(readStl(stlFile(0, {})).vertices.empty());
+    EXPECT_TRUE(readAs(readStl, stlFile(0, {})).vertices.empty());
 }
 
 // ---- refused ----
@@ -107,25 +107,25 @@ TEST(StlRefused, CoordinatesThatAreNoFiniteNumber) {
 TEST(StlRead, NormalsInTheFileMayBeAnything) {
     std::vector<float> floats = stlTriangle();
     floats[0] = std::nanf("");
-    EXPECT_EQ(readStl(stlFile(1, floats)).vertices.size(), 3U);
+    EXPECT_EQ(readAs(readStl, stlFile(1, floats)).vertices.size(), 3U);
 }
 
 // ---- written ----
 
 TEST(StlWritten, IsWhatWasRead) {
-    const std::string bytes = writeStl(box({0.1, 0.2, 0.3}, {1.1, 1.2, 1.3}));
+    const std::string bytes = writeAs(writeStl, box({0.1, 0.2, 0.3}, {1.1, 1.2, 1.3}));
     EXPECT_EQ(bytes.size(), 84U + 12 * 50);
-    EXPECT_EQ(writeStl(readStl(bytes)), bytes);
+    EXPECT_EQ(writeAs(writeStl, readAs(readStl, bytes)), bytes);
 }
 
 TEST(StlWritten, HeaderDoesNotSaySolid) {
-    EXPECT_FALSE(writeStl({}).starts_with("solid"));
+    EXPECT_FALSE(writeAs(writeStl, {}).starts_with("solid"));
 }
 
 TEST(StlWritten, NormalsFitTheWrittenPositions) {
     // In double precision this triangle has area; its corners fall together in single precision.
     const double near = 1.0 + 1e-12;
-    const std::string bytes = writeStl(meshOf({{{{1, 1, 1}, {near, 1, 1}, {1, near, 1}}}}));
+    const std::string bytes = writeAs(writeStl, meshOf({{{{1, 1, 1}, {near, 1, 1}, {1, near, 1}}}}));
     EXPECT_EQ(bytes.substr(84, 12), std::string(12, '\0'));
 }
 

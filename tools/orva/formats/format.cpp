@@ -14,8 +14,8 @@ namespace orva::program {
 namespace {
 
 constexpr std::array formats{
-    Format{".off", readOff, writeOff},
-    Format{".stl", readStl, writeStl},
+    Format{"off", ".off", true, readOff, writeOff},
+    Format{"stl", ".stl", false, readStl, writeStl},
 };
 
 char toLower(char c) {
@@ -31,34 +31,42 @@ void requireFinite(const types::Mesh<double>& mesh) {
 
 } // namespace
 
-const Format& formatOf(const std::string& name) {
-    std::string extension = nameOf(pathOf(name).extension());
+std::string namesOfFormats() {
+    std::string names;
+    for (const Format& format : formats) names += (names.empty() ? "" : ", ") + std::string(format.name);
+    return names;
+}
+
+const Format& formatOf(const std::string& file, const std::string& name) {
+    std::string extension = nameOf(pathOf(file).extension());
     for (char& c : extension) c = toLower(c);
     std::string known;
     for (const Format& format : formats) {
-        if (format.extension == extension) return format;
+        if (name.empty() ? format.extension == extension : format.name == name) return format;
         known += (known.empty() ? "" : " or ") + std::string(format.extension);
     }
-    throw Failure(ExitCode::Usage, name + ": " +
+    if (!name.empty()) throw Failure(ExitCode::Usage, "no format has the name " + name + "; use " + namesOfFormats());
+    throw Failure(ExitCode::Usage, file + ": " +
                                        (extension.empty() ? "no extension to tell the format"
                                                           : "no format is known by the extension " + extension) +
                                        "; use " + known);
 }
 
-types::Mesh<double> readMesh(const Format& format, const std::string& name) {
-    const std::string bytes = readFile(name);
+Model readModel(const Format& format, const std::string& file, Notes& notes) {
+    const std::string bytes = readFile(file);
     try {
-        return format.read(bytes);
+        return format.read(bytes, notes);
     } catch (const MeshError& error) {
-        throw Failure(ExitCode::CannotRead, name + ": " + error.what());
+        throw Failure(ExitCode::CannotRead, file + ": " + error.what());
     }
 }
 
-void writeMesh(const Format& format, const OutputFile& file, const types::Mesh<double>& mesh) {
+void writeModel(const Format& format, const OutputFile& file, const Model& model, const WriteOptions& options,
+                Notes& notes) {
     std::string bytes;
     try {
-        requireFinite(mesh);
-        bytes = format.write(mesh);
+        requireFinite(model.mesh);
+        bytes = format.write(model, options, notes);
     } catch (const MeshError& error) {
         throw Failure(ExitCode::CannotWrite, file.name + ": " + error.what());
     }

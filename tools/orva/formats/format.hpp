@@ -1,34 +1,53 @@
 /// @file
-/// The file formats, and meshes from and to files by the extension of their names.
+/// The file formats, and meshes from and to files.
 #ifndef ORVA_PROGRAM_FORMATS_FORMAT_HPP
 #define ORVA_PROGRAM_FORMATS_FORMAT_HPP
 
 #include "files/output.hpp"
-#include "orva/types.hpp"
+#include "mesh/model.hpp"
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orva::program {
 
-/// A format turns bytes into a mesh and back. Both directions throw MeshError.
-///
-/// What a reader promises: every coordinate is finite, every corner carries the normal of its triangle (zero for one
-/// without area), and memory is taken in proportion to the bytes that are there, whatever they claim.
-struct Format {
-    std::string_view extension; ///< lower case, with its dot
-    types::Mesh<double> (*read)(std::string_view bytes);
-    std::string (*write)(const types::Mesh<double>& mesh);
+/// What the user should know of a file that was written or read all the same: a sentence each, without the file's name.
+using Notes = std::vector<std::string>;
+
+struct WriteOptions {
+    /// Significant digits in text, 1 to 17; without, as few as give the same double again.
+    std::optional<int> digits;
 };
 
-/// By the name's extension, in upper or lower case. Throws Failure (Usage) if there is none like it.
-const Format& formatOf(const std::string& name);
+/// A format turns bytes into a mesh and back. Both directions throw MeshError.
+///
+/// What a reader promises: every number is finite; a corner without a normal in the file carries that of its triangle
+/// (zero for one without area); and memory is taken in proportion to the bytes that are there, whatever they claim.
+///
+/// What a writer may rely on: every position is finite.
+struct Format {
+    std::string_view name;      ///< for --from and --to
+    std::string_view extension; ///< lower case, with its dot; of formats with the same one, the first is written
+    bool text;                  ///< whether digits can be asked for
+    Model (*read)(std::string_view bytes, Notes& notes);
+    std::string (*write)(const Model& model, const WriteOptions& options, Notes& notes);
+};
+
+/// By its name, or without one by the extension of the file, in upper or lower case. Throws Failure (Usage) if there is
+/// none like it.
+const Format& formatOf(const std::string& file, const std::string& name = {});
+
+/// "stl, off, ...": for help and messages.
+std::string namesOfFormats();
 
 /// Throws Failure (CannotRead).
-types::Mesh<double> readMesh(const Format& format, const std::string& name);
+Model readModel(const Format& format, const std::string& file, Notes& notes);
 
 /// Throws Failure (CannotWrite).
-void writeMesh(const Format& format, const OutputFile& file, const types::Mesh<double>& mesh);
+void writeModel(const Format& format, const OutputFile& file, const Model& model, const WriteOptions& options,
+                Notes& notes);
 
 } // namespace orva::program
 

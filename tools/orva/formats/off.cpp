@@ -133,15 +133,22 @@ bool readKeyword(Words& words) {
                     ", not with OFF; check that the extension fits the content");
 }
 
-void append(std::string& text, auto value) {
+void append(std::string& text, std::size_t value) {
+    text += std::to_string(value);
+}
+
+void append(std::string& text, double value, const WriteOptions& options) {
     std::array<char, 32> buffer; // the longest double takes 24
-    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    char* const end = buffer.data() + buffer.size();
+    const auto result = options.digits
+                            ? std::to_chars(buffer.data(), end, value, std::chars_format::general, *options.digits)
+                            : std::to_chars(buffer.data(), end, value);
     text.append(buffer.data(), result.ptr);
 }
 
 } // namespace
 
-types::Mesh<double> readOff(std::string_view bytes) {
+Model readOff(std::string_view bytes, Notes& /*notes*/) {
     Words words(bytes);
     const bool longVertexLines = readKeyword(words);
     Progress vertices{"vertices", 0, count(words, "vertices")};
@@ -157,7 +164,7 @@ types::Mesh<double> readOff(std::string_view bytes) {
         if (longVertexLines) words.skipLine();
     }
 
-    types::Mesh<double> mesh;
+    Model model;
     for (; faces.item < faces.count; ++faces.item) {
         const std::string_view word = nextOf(words, faces);
         std::size_t corners = 0;
@@ -168,28 +175,30 @@ types::Mesh<double> readOff(std::string_view bytes) {
             if (corner == 0) fan[0] = vertex;
             fan[1] = fan[2];
             fan[2] = vertex;
-            if (corner >= 2) appendTriangle(mesh, positions[fan[0]], positions[fan[1]], positions[fan[2]]);
+            if (corner < 2) continue;
+            appendTriangle(model.mesh, positions[fan[0]], positions[fan[1]], positions[fan[2]]);
+            model.faces.push_back(static_cast<std::uint32_t>(faces.item));
         }
         words.skipLine(); // colours
     }
     if (!words.next().empty())
         failAt(words, "more follows than the announced " + std::to_string(faces.count) + " faces");
-    return mesh;
+    return model;
 }
 
-std::string writeOff(const types::Mesh<double>& mesh) {
-    const SharedVertices shared = shareVertices(mesh);
+std::string writeOff(const Model& model, const WriteOptions& options, Notes& /*notes*/) {
+    const SharedVertices shared = shareVertices(model.mesh);
     std::string text = "OFF\n";
     append(text, shared.positions.size());
     text += ' ';
     append(text, shared.corners.size() / 3);
     text += " 0\n";
     for (const types::Vec3& position : shared.positions) {
-        append(text, position.x);
+        append(text, position.x, options);
         text += ' ';
-        append(text, position.y);
+        append(text, position.y, options);
         text += ' ';
-        append(text, position.z);
+        append(text, position.z, options);
         text += '\n';
     }
     for (std::size_t i = 0; i < shared.corners.size(); i += 3) {

@@ -15,7 +15,7 @@
 #ifndef ORVA_PROGRAM_FORMATS_OFF_HPP
 #define ORVA_PROGRAM_FORMATS_OFF_HPP
 
-#include "orva/types.hpp"
+#include "formats/format.hpp"
 
 #include <string>
 #include <string_view>
@@ -24,10 +24,10 @@ namespace orva::program {
 
 /// A face of more than three corners becomes a fan around its first corner; one of fewer than three is passed over.
 /// COFF, NOFF and the like are read too: what stands in a vertex's line behind its position is ignored.
-types::Mesh<double> readOff(std::string_view bytes);
+Model readOff(std::string_view bytes, Notes& notes);
 
 /// Corners at equal positions become one vertex. Triangles come in the mesh's order.
-std::string writeOff(const types::Mesh<double>& mesh);
+std::string writeOff(const Model& model, const WriteOptions& options, Notes& notes);
 
 } // namespace orva::program
 

@@ -82,21 +82,22 @@ std::size_t countTriangles(std::string_view bytes) {
 
 } // namespace
 
-types::Mesh<double> readStl(std::string_view bytes) {
+Model readStl(std::string_view bytes, Notes& /*notes*/) {
     const std::size_t count = countTriangles(bytes);
-    types::Mesh<double> mesh;
-    mesh.vertices.reserve(3 * count);
+    Model model;
+    model.mesh.vertices.reserve(3 * count);
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t at = beforeTriangles + i * triangleSize + normalSize;
         const types::Vec3 a = readPosition(bytes, at);
         const types::Vec3 b = readPosition(bytes, at + 12);
         const types::Vec3 c = readPosition(bytes, at + 24);
-        appendTriangle(mesh, a, b, c);
+        appendTriangle(model.mesh, a, b, c);
     }
-    return mesh;
+    return model;
 }
 
-std::string writeStl(const types::Mesh<double>& mesh) {
+std::string writeStl(const Model& model, const WriteOptions& /*options*/, Notes& /*notes*/) {
+    const types::Mesh<double>& mesh = model.mesh;
     const std::size_t count = mesh.vertices.size() / 3;
     if (count > std::numeric_limits<std::uint32_t>::max()) throw MeshError("too many triangles for STL; write .off");
 

@@ -9,7 +9,7 @@
 #ifndef ORVA_PROGRAM_FORMATS_STL_HPP
 #define ORVA_PROGRAM_FORMATS_STL_HPP
 
-#include "orva/types.hpp"
+#include "formats/format.hpp"
 
 #include <string>
 #include <string_view>
@@ -17,10 +17,10 @@
 namespace orva::program {
 
 /// The normals and attributes in the file are ignored. Text STL is recognised and refused.
-types::Mesh<double> readStl(std::string_view bytes);
+Model readStl(std::string_view bytes, Notes& notes);
 
 /// The normals are computed from the rounded positions, so that they fit what a reader sees.
-std::string writeStl(const types::Mesh<double>& mesh);
+std::string writeStl(const Model& model, const WriteOptions& options, Notes& notes);
 
 } // namespace orva::program
 

@@ -24,10 +24,6 @@ struct Options {
     bool verbose = false;
 };
 
-std::size_t countTriangles(const Mesh& mesh) {
-    return mesh.vertices.size() / 3;
-}
-
 template <typename... Values> std::string format(const char* pattern, Values... values) {
     std::array<char, 128> text; // far more than the numbers below can take
     std::snprintf(text.data(), text.size(), pattern, values...);
@@ -72,18 +68,20 @@ void run(const Boolean& boolean, const Options& options) {
     for (const std::string& name : options.others) (void)formatOf(name);
     const Format& formatOutput = formatOf(options.output);
     const OutputFile output = prepareOutput(options.output);
-    const Mesh first = readMesh(formatFirst, options.first);
+    Notes notes;
+    const Mesh first = readModel(formatFirst, options.first, notes).mesh;
     std::vector<Mesh> others;
-    for (const std::string& name : options.others) others.push_back(readMesh(formatOf(name), name));
+    for (const std::string& name : options.others) others.push_back(readModel(formatOf(name), name, notes).mesh);
 
-    Mesh result;
+    Model resultModel;
+    Mesh& result = resultModel.mesh;
     const auto begin = std::chrono::steady_clock::now();
     boolean.combine(result, first, others);
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
 
     const std::string line =
         options.quiet ? "" : "orva: " + summary(boolean, options, first, others, result, time.count()) + "\n";
-    writeMesh(formatOutput, output, result);
+    writeModel(formatOutput, output, resultModel, {}, notes);
     std::fputs(line.c_str(), stderr);
 }
 

@@ -22,10 +22,11 @@ void run(const Options& options) {
     const Format& inputFormat = formatOf(options.input);
     const Format& outputFormat = formatOf(options.output);
     const OutputFile output = prepareOutput(options.output);
-    types::Mesh<double> mesh = readMesh(inputFormat, options.input);
+    Notes notes;
+    Model model = readModel(inputFormat, options.input, notes);
     const types::Vec3 move{options.move[0], options.move[1], options.move[2]};
-    for (types::Vertex& vertex : mesh.vertices) vertex.pos = vertex.pos + move;
-    writeMesh(outputFormat, output, mesh);
+    for (types::Vertex& vertex : model.mesh.vertices) vertex.pos = vertex.pos + move;
+    writeModel(outputFormat, output, model, {}, notes);
 }
 
 } // namespace

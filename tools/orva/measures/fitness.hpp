@@ -1,0 +1,37 @@
+/// @file
+/// Whether a mesh is fit for a boolean: what the library assumes of its input, looked at.
+#ifndef ORVA_PROGRAM_MEASURES_FITNESS_HPP
+#define ORVA_PROGRAM_MEASURES_FITNESS_HPP
+
+#include "measures/box_tree.hpp"
+#include "mesh/model.hpp"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace orva::program {
+
+/// What was found. An edge is a pair of positions; corners share a position when their coordinates are equal.
+struct Fitness {
+    std::size_t triangles = 0;
+    std::size_t parts = 0;            ///< groups of triangles that hang together by edges
+    std::size_t boundaryEdges = 0;    ///< of one triangle only: the surface has a rim there
+    std::size_t nonManifoldEdges = 0; ///< of more than two triangles
+    std::size_t flippedEdges = 0;     ///< of two triangles that run along it in the same direction: one faces inward
+    std::size_t degenerate = 0;       ///< triangles without area
+    std::size_t duplicates = 0;       ///< triangles with the corners of an earlier one, in whatever order
+    double volume = 0.0;              ///< in cubic units; negative if the mesh is inside out
+    double area = 0.0;                ///< in square units
+    Box box;                          ///< zero for a mesh without triangles
+};
+
+/// In n log n for n triangles. Coordinates are finite.
+Fitness measureFitness(const types::Mesh<double>& mesh);
+
+/// What is wrong and what to do about it, a sentence each; empty for a mesh that is fit.
+std::vector<std::string> complaints(const Fitness& fitness);
+
+} // namespace orva::program
+
+#endif
