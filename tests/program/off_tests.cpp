@@ -190,8 +190,9 @@ TEST(OffWritten, EqualCornersAreOneVertex) {
 }
 
 TEST(OffWritten, PositiveAndNegativeZeroAreOneVertex) {
-    EXPECT_EQ(writeAs(writeOff, meshOf({{{{0.0, 1, 2}, {3, 4, 5}, {6, 7, 8}}}, {{{-0.0, 1, 2}, {6, 7, 8}, {9, 9, 9}}}})),
-              "OFF\n4 2 0\n0 1 2\n3 4 5\n6 7 8\n9 9 9\n3 0 1 2\n3 0 2 3\n");
+    EXPECT_EQ(
+        writeAs(writeOff, meshOf({{{{0.0, 1, 2}, {3, 4, 5}, {6, 7, 8}}}, {{{-0.0, 1, 2}, {6, 7, 8}, {9, 9, 9}}}})),
+        "OFF\n4 2 0\n0 1 2\n3 4 5\n6 7 8\n9 9 9\n3 0 1 2\n3 0 2 3\n");
 }
 
 TEST(OffWritten, NoTriangles) {
