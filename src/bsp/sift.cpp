@@ -175,6 +175,7 @@ std::uint32_t Sifter::firstOf(const Entry& entry) {
 
 Sifter::Parts Sifter::divide(const Plane& plane, const Part& part, Rules rules) {
     kept_.clear();
+    ORVA_COUNT(stacked, slots_.size());
     Parts parts;
     std::uint32_t root = part.root;
     if (root == NONE) {
@@ -232,6 +233,7 @@ void Sifter::addCheck(const Division& division, std::uint32_t polygon, PolygonSi
 bool Sifter::isCertain(std::uint32_t place) const {
     std::uint32_t check = courses_[place];
     while (check != NONE) {
+        ORVA_COUNT(askedAgain, 1);
         if (check == UNCERTAIN || bspcsg::sideOf(checks_[check].plane, pool_[place]) != checks_[check].side)
             return false;
         check = checks_[check].before;
@@ -532,6 +534,7 @@ std::uint32_t Sifter::makeEntry(Centre* begin, Centre* end) {
 std::uint32_t Sifter::newEntry() {
     std::uint32_t index = freeEntries_;
     if (index == NONE) {
+        ORVA_COUNT(newEntries, 1);
         index = static_cast<std::uint32_t>(entries_.size());
         entries_.push_back({});
     } else {
