@@ -197,10 +197,9 @@ void divideWork(const List<Node*>& nodes, ClipLight clipLight, ClipHeavy clipHea
 } // namespace
 
 PolygonList Node::clipPolygonList(PolygonList input) const {
-    PolygonList result;
-    if (input.empty()) return result;
     Sifter sifter(std::move(input));
     const auto survivors = clip(sifter, *this);
+    PolygonList result;
     result.reserve(survivors.size());
     for (const auto& survivor : survivors) result.push_back(std::move(sifter.polygonAt(survivor.polygon)));
     return result;
