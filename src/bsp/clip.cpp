@@ -113,7 +113,6 @@ struct Piece {
 // to do with each other, so only those go again of which some polygon would not go the same way.
 List<Piece> clipTwice(const List<Node*>& nodes, const Group& group, Node& other, Turn turn) {
     Gathered gathered = gather(nodes, group);
-    if (gathered.polygons.empty()) return {};
     Sifter sifter(std::move(gathered.polygons));
     const List<Survivor<Node>> survivors = clip(sifter, other);
     List<std::uint8_t> again; // by owner, from the group's first on

@@ -660,7 +660,6 @@ void Sifter::findBounds(Entry& entry, std::uint32_t lane, const Entry& below) co
 // The polygons of a hierarchy as slots in order, on top of the stack; spends the hierarchy.
 std::uint32_t Sifter::appendSorted(std::uint32_t root) {
     const auto begin = static_cast<std::uint32_t>(slots_.size());
-    open_.clear();
     open_.push_back(root);
     while (!open_.empty()) {
         const std::uint32_t index = open_.back();

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 
 namespace orva::bspcsg {
 
@@ -17,12 +18,13 @@ Polygon triangle(const Vec3& a, const Vec3& b, const Vec3& c) {
     return {{Vertex{a, {}, {}}, Vertex{b, {}, {}}, Vertex{c, {}, {}}}, planeFromPoints(a, b, c)};
 }
 
-bool asksForCorners(const PolygonList& list, const Plane& plane) {
+// Of how many polygons of a list the corners are asked.
+std::uint64_t asked(const PolygonList& list, const Plane& plane) {
     Sifter sifter(list, NEVER);
     const Sifter::Part all = sifter.start();
     const std::uint64_t before = pathCounts.exactSides;
     (void)sifter.divide(plane, all, {});
-    return pathCounts.exactSides != before;
+    return pathCounts.exactSides - before;
 }
 
 struct Box {
@@ -76,21 +78,46 @@ TEST(Paths, ABoxDecidesFromItsMarginOn) {
                     std::abs(n.x) * box.half.x + std::abs(n.y) * box.half.y + std::abs(n.z) * box.half.z;
                 // The plane goes off to one side of the box until the corners are no longer asked.
                 const double side = random.integer(0, 1) == 0 ? 1 : -1;
-                double asked = dot(n, box.middle);
-                double decided = asked - side * (10 * size + 0.1);
+                double within = dot(n, box.middle);
+                double beyond = within - side * (10 * size + 0.1);
                 const PolygonList list{each};
-                ASSERT_TRUE(asksForCorners(list, {n, asked}));
-                ASSERT_FALSE(asksForCorners(list, {n, decided}));
+                ASSERT_EQ(asked(list, {n, within}), 1U);
+                ASSERT_EQ(asked(list, {n, beyond}), 0U);
                 for (int step = 0; step < 50; ++step) {
-                    const double w = (asked + decided) / 2;
-                    (asksForCorners(list, {n, w}) ? asked : decided) = w;
+                    const double w = (within + beyond) / 2;
+                    (asked(list, {n, w}) != 0 ? within : beyond) = w;
                 }
-                const double height = dot(n, origin) - asked;
+                const double height = dot(n, origin) - within;
                 const double margin = EPSILON + 0x1p-16 * (reach + std::abs(height)) +
-                                      1e-14 * (greatest(origin) + reach + std::abs(asked));
+                                      1e-14 * (greatest(origin) + reach + std::abs(within));
                 EXPECT_NEAR(std::abs(dot(n, middle) + height) - extent, margin,
                             0.05 * margin + 1e-15 * std::abs(place));
             }
+        }
+    }
+}
+
+TEST(Paths, OnlyPlanesWithANormalOfAboutUnitLengthAndWithinReachAreHeldAgainstBoxes) {
+    const PolygonList list{triangle({0, 0, 0}, {1, 0, 0}, {0, 1, 0})};
+    for (const auto& [length, count] :
+         {std::pair{0.9, 1U}, {0.996, 0U}, {1.0, 0U}, {1.004, 0U}, {1.1, 1U}, {0.0, 1U}}) {
+        EXPECT_EQ(asked(list, {{0, 0, length}, 5}), count) << length;
+        EXPECT_EQ(asked(list, {{-length, 0, 0}, 5}), count) << length;
+    }
+    for (const auto& [w, count] : {std::pair{9e29, 0U}, {1e30, 1U}, {1e31, 1U}}) {
+        EXPECT_EQ(asked(list, {{0, 0, 1}, w}), count) << w;
+        EXPECT_EQ(asked(list, {{0, 0, 1}, -w}), count) << -w;
+    }
+}
+
+TEST(Paths, ACornerOutOfReachSpoilsNoOtherBox) {
+    for (const double far : {1e30, -1e30, 1e300, std::numeric_limits<double>::quiet_NaN()}) {
+        for (double Vec3::*const component : {&Vec3::x, &Vec3::y, &Vec3::z}) {
+            Polygon spoilt = triangle({0, 0, 0}, {1, 0, 0}, {0, 1, 0});
+            for (Vertex& vertex : spoilt.vertices) vertex.pos.*component = far;
+            const Polygon fine = triangle({0, 0, 1}, {1, 0, 2}, {0, 1, 1});
+            EXPECT_EQ(asked({spoilt, fine, fine}, {{0, 0, 1}, -3}), 1U) << far;
+            EXPECT_EQ(asked({fine, spoilt, fine}, {{0, 0, 1}, -3}), 1U) << far;
         }
     }
 }

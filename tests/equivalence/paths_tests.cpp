@@ -74,6 +74,12 @@ TEST(Paths, TakeTheWorkThatIsOnRecord) {
     const Mesh grid = test::griddedBox({0, 0, 0}, {1, 1, 1}, 10);
     test::Random random(4);
     const Mesh soup = test::soup(random, 100);
+    Mesh scattered = test::soup(random, 250);
+    for (std::size_t i = 0; i < scattered.vertices.size(); ++i) { // each triangle a tenth of its size
+        const test::Vec3& corner = scattered.vertices[i - i % 3].pos;
+        test::Vec3& p = scattered.vertices[i].pos;
+        p = {corner.x + (p.x - corner.x) / 10, corner.y + (p.y - corner.y) / 10, corner.z + (p.z - corner.z) / 10};
+    }
     const Mesh turned = test::turned(test::griddedBox({-0.5, -0.5, -0.5}, {0.5, 0.6, 0.7}, 9), random);
     Mesh wild = sphere(2, {0.1, 0.2, 0.3});
     wild.vertices[100].pos.x = std::numeric_limits<double>::quiet_NaN();
@@ -115,22 +121,32 @@ TEST(Paths, TakeTheWorkThatIsOnRecord) {
          ball,
          turned,
          bspcsg::subtractTrees,
-         {269, 135029, 4881, 74074, 24056, 4754, 139702, 2568, 81, 972, 0}},
+         {269, 135310, 4881, 74673, 23972, 4758, 139995, 2568, 73, 972, 0}},
         {"triangles anywhere",
          soup,
          ball,
          bspcsg::intersectTrees,
          {19635, 457450, 4875, 64290, 90417, 13233, 33708712, 4253, 5062, 1982, 0}},
+        {"small triangles anywhere",
+         scattered,
+         ball,
+         bspcsg::unionTrees,
+         {4462, 310440, 2621, 31157, 31659, 2671, 1394390, 872, 1742, 1127, 0}},
+        {"thousands of kilometres across",
+         test::scaled(ball, 3e6),
+         test::scaled(sphere(3, {0.7, 0.3, 0.2}), 3e6),
+         bspcsg::unionTrees,
+         {7682, 568546, 9221, 110449, 89384, 24239, 1038306, 6964, 7349, 92, 2868}},
         {"far from the origin",
          test::moved(ball, {1e5, 2e5, -1e5}),
          sphere(3, {1e5 + 0.5, 2e5, -1e5}),
          bspcsg::unionTrees,
          {5120, 356383, 8230, 107206, 69755, 19078, 368231, 4854, 5660, 2530, 1}},
         {"where rounding is near the tolerance",
-         test::moved(ball, {1e7, 2e6, -3e6}),
-         sphere(3, {1e7 + 0.5, 2e6, -3e6}),
+         test::moved(ball, {4e6, 8e5, -1.2e6}),
+         sphere(3, {4e6 + 0.5, 8e5, -1.2e6}),
          bspcsg::unionTrees,
-         {5420, 438378, 9915, 115106, 74986, 21482, 452630, 5906, 6248, 127, 2404}},
+         {5945, 449449, 9381, 111157, 72502, 20376, 462595, 5512, 6117, 1233, 1298}},
         {"a thousand times larger",
          test::scaled(ball, 1000),
          test::scaled(sphere(3, {0.7, 0.3, 0.2}), 1000),

@@ -235,11 +235,27 @@ TEST(Bounds, OfWhatHasNoBoxAreNotNumbers) {
 }
 
 TEST(Bounds, BeyondTheReachOfFloatsAreNotNumbers) {
-    for (const double far : {std::numeric_limits<double>::infinity(), 1e300, -1e300, 3.4e38, -1e30}) {
-        for (const double x : {0.0, far}) {
-            const Bounds box = boundsOf(polygon({{x, 0, 0}, {1, far, 0}, {0, 1, 0}}), {0, 0, 0});
-            for (std::size_t i = 0; i < 3; ++i) EXPECT_TRUE(std::isnan(box.middle[i]) && std::isnan(box.half[i]));
+    for (const double far : {std::numeric_limits<double>::infinity(), 1e300, -1e300, 3.4e38, -1e30, 1e30}) {
+        for (double Vec3::*const component : {&Vec3::x, &Vec3::y, &Vec3::z}) {
+            for (std::size_t corner = 0; corner < 3; ++corner) {
+                Polygon triangle = polygon({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
+                triangle.vertices[corner].pos.*component = far;
+                const Bounds box = boundsOf(triangle, {0, 0, 0});
+                for (std::size_t i = 0; i < 3; ++i) EXPECT_TRUE(std::isnan(box.middle[i]) && std::isnan(box.half[i]));
+                triangle.vertices[corner].pos.*component = far < 0 ? -9e29 : 9e29;
+                EXPECT_FALSE(std::isnan(boundsOf(triangle, {0, 0, 0}).middle[0]));
+            }
         }
+    }
+}
+
+TEST(Bounds, AreAsSmallAsFloatsAllow) {
+    const Bounds box = boundsOf(polygon({{1, 20, 300}, {3, 24, 308}, {2, 22, 304}}), {1, 10, 100});
+    const std::array<float, 3> middle{1, 12, 204};
+    const std::array<float, 3> half{1, 2, 4};
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(box.middle[i], middle[i]);
+        EXPECT_NEAR(box.half[i], half[i], 1e-6F * half[i]);
     }
 }
 
