@@ -365,6 +365,7 @@ Sifter::Halves Sifter::dividePolygon(Division& division, std::uint32_t index, st
 }
 
 void Sifter::copyLane(Entry& target, std::uint32_t to, const Entry& source, std::uint32_t from) {
+    ORVA_COUNT(copiedLanes, 1);
     for (std::size_t k = 0; k < 3; ++k) {
         target.middle[k][to] = source.middle[k][from];
         target.half[k][to] = source.half[k][from];
