@@ -145,11 +145,12 @@ Sifter::Part Sifter::start() {
         // Of what lies beyond the reach of the bounds nothing is known.
         courses_.push_back(isNowhere(slots_.back().box) ? UNCERTAIN : NONE);
     }
-    return {count, 0, NONE, 0};
+    return {.count = count};
 }
 
 Sifter::Part Sifter::put(const Slot* begin, const Slot* end) {
-    const Part part{static_cast<std::uint32_t>(end - begin), static_cast<std::uint32_t>(slots_.size()), NONE, 0};
+    const Part part{.count = static_cast<std::uint32_t>(end - begin),
+                    .begin = static_cast<std::uint32_t>(slots_.size())};
     slots_.append(begin, end);
     return part;
 }
@@ -226,6 +227,7 @@ PolygonSide Sifter::sideOf(const Division& division, std::uint32_t polygon) {
 
 void Sifter::addCheck(const Division& division, std::uint32_t polygon, PolygonSide side) {
     if (division.rules.keepCoplanar || courses_[polygon] == UNCERTAIN) return;
+    ORVA_COUNT(checks, 1);
     checks_.push_back({division.plane, side, courses_[polygon]});
     courses_[polygon] = static_cast<std::uint32_t>(toCount(checks_.size())) - 1;
 }
@@ -267,9 +269,9 @@ Sifter::Halves Sifter::cut(Division& division, std::uint32_t polygon) {
 // ---- short lists: a run of slots ----
 
 void Sifter::divideSlots(Division& division, const Part& part, Parts& parts) {
-    // One more than there are: the loop writes every slot to both sides and then keeps what belongs there, which spares
-    // it a branch that nobody could foretell.
-    if (ahead_.size() <= part.count) ahead_.resize(part.count + 1);
+    // The loop writes every slot to both sides and then keeps what belongs there, which spares it a branch that nobody
+    // could foretell.
+    ahead_.resize(std::max<std::size_t>(ahead_.size(), part.count));
     Slot* const slots = slots_.data() + part.begin;
     Slot* front = ahead_.data();
     Slot* back = slots;
@@ -466,8 +468,8 @@ Sifter::Part Sifter::partOf(std::uint32_t root) {
     const Entry& entry = entries_[root];
     std::uint32_t count = 0;
     for (std::size_t i = 0; i < entry.lanes; ++i) count += entry.count[i];
-    if (count >= thresholds_.polygons) return {count, 0, root, 0};
-    return {count, appendSorted(root), NONE, 0};
+    if (count >= thresholds_.polygons) return {.count = count, .root = root};
+    return {.count = count, .begin = appendSorted(root)};
 }
 
 // Halves at the median of the middles along the longest side, and each of them once more: good boxes, and a depth of
@@ -577,7 +579,7 @@ void Sifter::setPolygon(std::uint32_t index, std::uint32_t lane, const Slot& slo
     for (std::size_t k = 0; k < 3; ++k) entry.direction[k][lane] = direction[k];
     const auto middle = static_cast<float>((extent.low + extent.high) / 2);
     entry.slabMiddle[lane] = middle;
-    entry.slabHalf[lane] = outward(std::max(extent.high - middle, middle - extent.low) + 1e-14 * reach_);
+    entry.slabHalf[lane] = outward(std::max(extent.high - middle, middle - extent.low));
 }
 
 // Puts what has become of a child, or a new one, into a lane that has a direction already.

@@ -80,8 +80,9 @@ struct PathCounts {
     std::atomic<std::uint64_t> stacked{0};       ///< slots on the stack, at every division
     std::atomic<std::uint64_t> newEntries{0};    ///< entries for which there was no free one
     std::atomic<std::uint64_t> copiedLanes{0};   ///< from one entry to another, or within one
-    std::atomic<std::uint64_t> askedAgain{0}; ///< planes of which it was asked whether a polygon would go the same way
-    std::atomic<std::uint64_t> certain{0};    ///< polygons that did not have to be clipped a second time
+    std::atomic<std::uint64_t> checks{0};        ///< planes noted, to be asked a second time
+    std::atomic<std::uint64_t> askedAgain{0};    ///< of those
+    std::atomic<std::uint64_t> certain{0};       ///< polygons that did not have to be clipped a second time
     std::atomic<std::uint64_t> uncertain{0};
 };
 inline PathCounts pathCounts;

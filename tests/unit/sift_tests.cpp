@@ -201,6 +201,28 @@ TEST(Sifter, CallsCertainOnlyWhatGoesTheSameWayAgain) {
     EXPECT_GT(certain, 10000);
 }
 
+TEST(Sifter, CallsCertainWhatPassedUsualPlanesOfWhichItIsInNone) {
+    // A triangle from 0 to 2 above the ground, at a place, and what is left of it in front of a plane.
+    const auto isCertain = [](double place, const Plane& plane) {
+        Sifter sifter(listOf({polygon({{place, 0, 0}, {place + 1, 0, 2}, {place, 1, 2}})}));
+        const Sifter::Parts parts = sifter.divide(plane, sifter.start(), {});
+        EXPECT_EQ(parts.front.count, 1U);
+        bool certain = false;
+        sifter.takeAll(parts.front, [&](const Slot& slot) { certain = sifter.isCertain(slot.polygon); });
+        return certain;
+    };
+    EXPECT_TRUE(isCertain(0, {{0, 0, 1}, -5})) << "passed far off";
+    EXPECT_TRUE(isCertain(0, {{0, 0, 1}, -2e-6})) << "passed close by";
+    EXPECT_TRUE(isCertain(0, {{0, 0, 1}, 1})) << "cut";
+    EXPECT_FALSE(isCertain(0, {{0, 0, 2}, -9})) << "passed off a plane whose normal is no unit";
+    EXPECT_FALSE(isCertain(0, {{0, 0, 2}, 2})) << "cut by one";
+    EXPECT_TRUE(isCertain(1e8, {{0, 0, 1}, -5})) << "passed far off, where rounding is near the tolerance";
+    EXPECT_FALSE(isCertain(1e8, {{0, 0, 1}, 1})) << "cut there";
+    EXPECT_FALSE(isCertain(1e31, {{0, 0, 1}, -5})) << "without a box";
+    const Plane own = polygon({{0, 0, 0}, {1, 0, 2}, {0, 1, 2}}).plane;
+    EXPECT_FALSE(isCertain(0, own)) << "in the plane";
+}
+
 namespace {
 
 bool holds(const Bounds& box, const Vec3& origin, const Vec3& p) {
