@@ -113,7 +113,6 @@ struct Piece {
 // to do with each other, so only those go again of which some polygon would not go the same way.
 List<Piece> clipTwice(const List<Node*>& nodes, const Group& group, Node& other, Turn turn) {
     Gathered gathered = gather(nodes, group);
-    if (gathered.polygons.empty()) return {};
     Sifter sifter(std::move(gathered.polygons));
     const List<Survivor<Node>> survivors = clip(sifter, other);
     List<std::uint8_t> again; // by owner, from the group's first on
@@ -197,10 +196,9 @@ void divideWork(const List<Node*>& nodes, ClipLight clipLight, ClipHeavy clipHea
 } // namespace
 
 PolygonList Node::clipPolygonList(PolygonList input) const {
-    PolygonList result;
-    if (input.empty()) return result;
     Sifter sifter(std::move(input));
     const auto survivors = clip(sifter, *this);
+    PolygonList result;
     result.reserve(survivors.size());
     for (const auto& survivor : survivors) result.push_back(std::move(sifter.polygonAt(survivor.polygon)));
     return result;

@@ -145,11 +145,12 @@ Sifter::Part Sifter::start() {
         // Of what lies beyond the reach of the bounds nothing is known.
         courses_.push_back(isNowhere(slots_.back().box) ? UNCERTAIN : NONE);
     }
-    return {count, 0, NONE, 0};
+    return {.count = count};
 }
 
 Sifter::Part Sifter::put(const Slot* begin, const Slot* end) {
-    const Part part{static_cast<std::uint32_t>(end - begin), static_cast<std::uint32_t>(slots_.size()), NONE, 0};
+    const Part part{.count = static_cast<std::uint32_t>(end - begin),
+                    .begin = static_cast<std::uint32_t>(slots_.size())};
     slots_.append(begin, end);
     return part;
 }
@@ -175,6 +176,7 @@ std::uint32_t Sifter::firstOf(const Entry& entry) {
 
 Sifter::Parts Sifter::divide(const Plane& plane, const Part& part, Rules rules) {
     kept_.clear();
+    ORVA_COUNT(stacked, slots_.size());
     Parts parts;
     std::uint32_t root = part.root;
     if (root == NONE) {
@@ -225,6 +227,7 @@ PolygonSide Sifter::sideOf(const Division& division, std::uint32_t polygon) {
 
 void Sifter::addCheck(const Division& division, std::uint32_t polygon, PolygonSide side) {
     if (division.rules.keepCoplanar || courses_[polygon] == UNCERTAIN) return;
+    ORVA_COUNT(checks, 1);
     checks_.push_back({division.plane, side, courses_[polygon]});
     courses_[polygon] = static_cast<std::uint32_t>(toCount(checks_.size())) - 1;
 }
@@ -232,6 +235,7 @@ void Sifter::addCheck(const Division& division, std::uint32_t polygon, PolygonSi
 bool Sifter::isCertain(std::uint32_t place) const {
     std::uint32_t check = courses_[place];
     while (check != NONE) {
+        ORVA_COUNT(askedAgain, 1);
         if (check == UNCERTAIN || bspcsg::sideOf(checks_[check].plane, pool_[place]) != checks_[check].side)
             return false;
         check = checks_[check].before;
@@ -265,9 +269,9 @@ Sifter::Halves Sifter::cut(Division& division, std::uint32_t polygon) {
 // ---- short lists: a run of slots ----
 
 void Sifter::divideSlots(Division& division, const Part& part, Parts& parts) {
-    // One more than there are: the loop writes every slot to both sides and then keeps what belongs there, which spares
-    // it a branch that nobody could foretell.
-    if (ahead_.size() <= part.count) ahead_.resize(part.count + 1);
+    // The loop writes every slot to both sides and then keeps what belongs there, which spares it a branch that nobody
+    // could foretell.
+    ahead_.resize(std::max<std::size_t>(ahead_.size(), part.count));
     Slot* const slots = slots_.data() + part.begin;
     Slot* front = ahead_.data();
     Slot* back = slots;
@@ -364,6 +368,7 @@ Sifter::Halves Sifter::dividePolygon(Division& division, std::uint32_t index, st
 }
 
 void Sifter::copyLane(Entry& target, std::uint32_t to, const Entry& source, std::uint32_t from) {
+    ORVA_COUNT(copiedLanes, 1);
     for (std::size_t k = 0; k < 3; ++k) {
         target.middle[k][to] = source.middle[k][from];
         target.half[k][to] = source.half[k][from];
@@ -464,8 +469,8 @@ Sifter::Part Sifter::partOf(std::uint32_t root) {
     const Entry& entry = entries_[root];
     std::uint32_t count = 0;
     for (std::size_t i = 0; i < entry.lanes; ++i) count += entry.count[i];
-    if (count >= thresholds_.polygons) return {count, 0, root, 0};
-    return {count, appendSorted(root), NONE, 0};
+    if (count >= thresholds_.polygons) return {.count = count, .root = root};
+    return {.count = count, .begin = appendSorted(root)};
 }
 
 // Halves at the median of the middles along the longest side, and each of them once more: good boxes, and a depth of
@@ -533,6 +538,7 @@ std::uint32_t Sifter::makeEntry(Centre* begin, Centre* end) {
 std::uint32_t Sifter::newEntry() {
     std::uint32_t index = freeEntries_;
     if (index == NONE) {
+        ORVA_COUNT(newEntries, 1);
         index = static_cast<std::uint32_t>(entries_.size());
         entries_.push_back({});
     } else {
@@ -574,7 +580,7 @@ void Sifter::setPolygon(std::uint32_t index, std::uint32_t lane, const Slot& slo
     for (std::size_t k = 0; k < 3; ++k) entry.direction[k][lane] = direction[k];
     const auto middle = static_cast<float>((extent.low + extent.high) / 2);
     entry.slabMiddle[lane] = middle;
-    entry.slabHalf[lane] = outward(std::max(extent.high - middle, middle - extent.low) + 1e-14 * reach_);
+    entry.slabHalf[lane] = outward(std::max(extent.high - middle, middle - extent.low));
 }
 
 // Puts what has become of a child, or a new one, into a lane that has a direction already.
@@ -658,7 +664,6 @@ void Sifter::findBounds(Entry& entry, std::uint32_t lane, const Entry& below) co
 // The polygons of a hierarchy as slots in order, on top of the stack; spends the hierarchy.
 std::uint32_t Sifter::appendSorted(std::uint32_t root) {
     const auto begin = static_cast<std::uint32_t>(slots_.size());
-    open_.clear();
     open_.push_back(root);
     while (!open_.empty()) {
         const std::uint32_t index = open_.back();

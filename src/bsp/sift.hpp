@@ -77,6 +77,11 @@ struct PathCounts {
     std::atomic<std::uint64_t> entries{0};       ///< opened in those
     std::atomic<std::uint64_t> exactSides{0};    ///< polygons of which the corners were asked
     std::atomic<std::uint64_t> inHierarchies{0}; ///< polygons for which a place in one was made
+    std::atomic<std::uint64_t> stacked{0};       ///< slots on the stack, at every division
+    std::atomic<std::uint64_t> newEntries{0};    ///< entries for which there was no free one
+    std::atomic<std::uint64_t> copiedLanes{0};   ///< from one entry to another, or within one
+    std::atomic<std::uint64_t> checks{0};        ///< planes noted, to be asked a second time
+    std::atomic<std::uint64_t> askedAgain{0};    ///< of those
     std::atomic<std::uint64_t> certain{0};       ///< polygons that did not have to be clipped a second time
     std::atomic<std::uint64_t> uncertain{0};
 };

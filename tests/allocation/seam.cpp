@@ -14,6 +14,7 @@ namespace {
 std::atomic<long> asked = 0;
 std::atomic<long> refused = 0;
 std::atomic<long> taken = 0;
+std::atomic<long> takenAtTheProcessHeap = 0;
 std::atomic<bool> armed = false;
 Plan plan;
 
@@ -52,6 +53,9 @@ long refusals() noexcept {
 long live() noexcept {
     return taken;
 }
+long liveAtTheProcessHeap() noexcept {
+    return takenAtTheProcessHeap;
+}
 
 } // namespace orva::test
 
@@ -84,7 +88,7 @@ void* take(std::size_t bytes) {
     auto* header = static_cast<Header*>(std::malloc(sizeof(Header) + bytes));
     if (header == nullptr) throw std::bad_alloc();
     header->ofTheLibrary = ofTheLibrary ? 1 : 0;
-    if (ofTheLibrary) ++orva::test::taken;
+    if (ofTheLibrary) orva::test::takenAtTheProcessHeap = orva::test::taken++;
     return header + 1;
 }
 

@@ -25,4 +25,7 @@ long points() noexcept;   ///< allocations asked for since the last Armed
 long refusals() noexcept; ///< how many of them were refused
 long live() noexcept;     ///< blocks that the library has taken, on any heap, and that nobody has given back
 
+/// How many there were when the process heap was asked for another, the last time.
+long liveAtTheProcessHeap() noexcept;
+
 } // namespace orva::test

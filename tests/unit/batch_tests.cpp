@@ -118,7 +118,10 @@ TEST(Reducers, OfManyTreesGiveTheSameSolid) {
     }
 }
 
-TEST(Reducers, TakeAnUnknownStrategyAsSequential) {
+TEST(Reducers, AreKnownByTheirNumbersAndTakeAnyOtherAsSequential) {
+    EXPECT_EQ(static_cast<int>(UnionStrategy::Sequential), 0);
+    EXPECT_EQ(static_cast<int>(UnionStrategy::Async), 1);
+    EXPECT_EQ(static_cast<int>(UnionStrategy::TaskGroup), 2);
     const TreeList trees = overlapping(3);
     const NodePtr expected = unionTreeListSequential(trees);
     for (const int value : {3, -1}) {

@@ -51,12 +51,14 @@ TEST(Build, ZeroNormalIsTakenAndReplacedByTheNextBuild) {
 }
 
 TEST(Build, PlaneComponentOfExactlyTheToleranceCountsAsSet) {
-    Polygon barely = level(0);
-    barely.plane = {{0, -1e-6, 0}, 4};
-    Node node;
-    node.build(listOf({barely}));
-    node.build(listOf({level(1)}));
-    EXPECT_TRUE(sameBits(node.plane, barely.plane));
+    for (const Vec3& normal : {Vec3{1e-6, 0, 0}, {0, -1e-6, 0}, {0, 0, 1e-6}}) {
+        Polygon barely = level(0);
+        barely.plane = {normal, 4};
+        Node node;
+        node.build(listOf({barely}));
+        node.build(listOf({level(1)}));
+        EXPECT_TRUE(sameBits(node.plane, barely.plane));
+    }
 }
 
 TEST(Build, PlaneWithOneNumberAmongNaNsCountsAsSet) {

@@ -92,4 +92,31 @@ TEST(ClipTree, NodesOnBothSidesOfTheTaskThresholdGiveTheSame) {
     }
 }
 
+TEST(ClippedTwice, TurnedAroundATreeKeepsItsNodesWithoutPolygonsAndTurnedBackOnlyItsRoot) {
+    Node other;
+    other.build(polygonsOf(test::icosphere(1, {0, 0, 0}, 1)));
+    Node tree;
+    tree.build(polygonsOf(test::icosphere(1, {0.3, 0.1, 0.2}, 1)));
+    const NodePtr before = tree.clone();
+    EXPECT_GT(takeClippedTwice(tree, other, Turn::Around).polygons.size(), 10U);
+    const List<Node*> expected = before->collectNodes(0);
+    const List<Node*> nodes = tree.collectNodes(0);
+    ASSERT_EQ(nodes.size(), expected.size());
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        EXPECT_TRUE(sameBits(nodes[i]->plane, expected[i]->plane));
+        EXPECT_EQ(nodes[i]->polygons.capacity(), 0U);
+    }
+
+    ASSERT_TRUE(before->front || before->back);
+    EXPECT_GT(takeClippedTwice(*before, other, Turn::AndBack).polygons.size(), 10U);
+    EXPECT_TRUE(!before->front && !before->back && before->polygons.empty());
+
+    // One child on either side.
+    Node both;
+    both.build(listOf({level(0), level(5), level(-5)}));
+    ASSERT_TRUE(both.front && both.back);
+    (void)takeClippedTwice(both, other, Turn::AndBack);
+    EXPECT_TRUE(!both.front && !both.back);
+}
+
 } // namespace orva::bspcsg

@@ -1,5 +1,6 @@
 #include "polygons.hpp"
 
+#include <set>
 #include <string>
 
 namespace orva::bspcsg {
@@ -44,6 +45,21 @@ TEST(List, GrowingPastItsGreatestLengthSaysVectorTooLongAndKeepsWhatItHolds) {
     EXPECT_EQ(list.back(), 3);
 }
 
+TEST(List, GrowsToItsGreatestLength) {
+    List<int, SmallAllocator<int>> two;
+    for (int i = 0; i < 2; ++i) two.push_back(i);
+    List<int, SmallAllocator<int>> list;
+    list.reserve(4);
+    list.append(two);
+    list.append(two.data(), two.data() + 2);
+    ASSERT_EQ(list.size(), 4U);
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(list[i], static_cast<int>(i % 2));
+    EXPECT_EQ(textOf<std::length_error>([&] { list.append(two.data(), two.data() + 1); }), "vector too long");
+    list.resize(1);
+    list.resize(4);
+    EXPECT_EQ(list.size(), 4U);
+}
+
 TEST(Queue, GrowingPastItsGreatestLengthSaysDequeTooLong) {
     Queue<int, SmallAllocator<int>> queue;
     for (int i = 0; i < 4; ++i) queue.push(i);
@@ -66,6 +82,20 @@ TEST(WorkingMemory, MoreThanThereIsSaysBadAllocation) {
     EXPECT_EQ(textOf<std::bad_alloc>([] { WorkingAllocator<Vertex>().allocate(std::size_t{1} << 60); }),
               "bad allocation");
 }
+
+#if !defined(__SANITIZE_ADDRESS__) // which keeps back what was freed, to watch it
+
+TEST(WorkingMemory, GivenBackIsTakenAgain) {
+    std::set<void*> blocks;
+    for (int i = 0; i < 10000; ++i) {
+        void* block = allocateWorking(1000);
+        blocks.insert(block);
+        freeWorking(block);
+    }
+    EXPECT_LT(blocks.size(), 1000U);
+}
+
+#endif
 
 TEST(Count, OfMoreThanASigned32BitNumberSaysVectorTooLong) {
     EXPECT_EQ(toCount(0x7FFFFFFF), 0x7FFFFFFF);

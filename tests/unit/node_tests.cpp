@@ -94,6 +94,17 @@ TEST(Node, CollectsItsPolygonsLevelByLevel) {
     EXPECT_EQ(root.collectPolygons(0).capacity(), 4U) << "counted first, reserved exactly";
 }
 
+TEST(Node, GivesItsPolygonsAwayInTheSameOrderAndIsLeftWithItsRoot) {
+    Node tree;
+    tree.build(listOf({level(0), level(2), level(1), level(-1), level(3), level(-2)}));
+    const PolygonList expected = tree.collectPolygons(0);
+    ASSERT_TRUE(tree.front && tree.back);
+    EXPECT_TRUE(sameBits(tree.takePolygons(), expected));
+    EXPECT_TRUE(tree.polygons.empty() && !tree.front && !tree.back);
+    EXPECT_EQ(tree.polygons.capacity(), 0U) << "its storage is given back, too";
+    EXPECT_EQ(tree.plane.w, 0.0);
+}
+
 TEST(Node, CollectsNothingFromAnEmptyTree) {
     const Node node;
     EXPECT_TRUE(node.collectPolygons(0).empty());

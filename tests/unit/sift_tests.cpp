@@ -201,6 +201,28 @@ TEST(Sifter, CallsCertainOnlyWhatGoesTheSameWayAgain) {
     EXPECT_GT(certain, 10000);
 }
 
+TEST(Sifter, CallsCertainWhatPassedUsualPlanesOfWhichItIsInNone) {
+    // A triangle from 0 to 2 above the ground, at a place, and what is left of it in front of a plane.
+    const auto isCertain = [](double place, const Plane& plane) {
+        Sifter sifter(listOf({polygon({{place, 0, 0}, {place + 1, 0, 2}, {place, 1, 2}})}));
+        const Sifter::Parts parts = sifter.divide(plane, sifter.start(), {});
+        EXPECT_EQ(parts.front.count, 1U);
+        bool certain = false;
+        sifter.takeAll(parts.front, [&](const Slot& slot) { certain = sifter.isCertain(slot.polygon); });
+        return certain;
+    };
+    EXPECT_TRUE(isCertain(0, {{0, 0, 1}, -5})) << "passed far off";
+    EXPECT_TRUE(isCertain(0, {{0, 0, 1}, -2e-6})) << "passed close by";
+    EXPECT_TRUE(isCertain(0, {{0, 0, 1}, 1})) << "cut";
+    EXPECT_FALSE(isCertain(0, {{0, 0, 2}, -9})) << "passed off a plane whose normal is no unit";
+    EXPECT_FALSE(isCertain(0, {{0, 0, 2}, 2})) << "cut by one";
+    EXPECT_TRUE(isCertain(1e8, {{0, 0, 1}, -5})) << "passed far off, where rounding is near the tolerance";
+    EXPECT_FALSE(isCertain(1e8, {{0, 0, 1}, 1})) << "cut there";
+    EXPECT_FALSE(isCertain(1e31, {{0, 0, 1}, -5})) << "without a box";
+    const Plane own = polygon({{0, 0, 0}, {1, 0, 2}, {0, 1, 2}}).plane;
+    EXPECT_FALSE(isCertain(0, own)) << "in the plane";
+}
+
 namespace {
 
 bool holds(const Bounds& box, const Vec3& origin, const Vec3& p) {
@@ -235,11 +257,27 @@ TEST(Bounds, OfWhatHasNoBoxAreNotNumbers) {
 }
 
 TEST(Bounds, BeyondTheReachOfFloatsAreNotNumbers) {
-    for (const double far : {std::numeric_limits<double>::infinity(), 1e300, -1e300, 3.4e38, -1e30}) {
-        for (const double x : {0.0, far}) {
-            const Bounds box = boundsOf(polygon({{x, 0, 0}, {1, far, 0}, {0, 1, 0}}), {0, 0, 0});
-            for (std::size_t i = 0; i < 3; ++i) EXPECT_TRUE(std::isnan(box.middle[i]) && std::isnan(box.half[i]));
+    for (const double far : {std::numeric_limits<double>::infinity(), 1e300, -1e300, 3.4e38, -1e30, 1e30}) {
+        for (double Vec3::*const component : {&Vec3::x, &Vec3::y, &Vec3::z}) {
+            for (std::size_t corner = 0; corner < 3; ++corner) {
+                Polygon triangle = polygon({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
+                triangle.vertices[corner].pos.*component = far;
+                const Bounds box = boundsOf(triangle, {0, 0, 0});
+                for (std::size_t i = 0; i < 3; ++i) EXPECT_TRUE(std::isnan(box.middle[i]) && std::isnan(box.half[i]));
+                triangle.vertices[corner].pos.*component = far < 0 ? -9e29 : 9e29;
+                EXPECT_FALSE(std::isnan(boundsOf(triangle, {0, 0, 0}).middle[0]));
+            }
         }
+    }
+}
+
+TEST(Bounds, AreAsSmallAsFloatsAllow) {
+    const Bounds box = boundsOf(polygon({{1, 20, 300}, {3, 24, 308}, {2, 22, 304}}), {1, 10, 100});
+    const std::array<float, 3> middle{1, 12, 204};
+    const std::array<float, 3> half{1, 2, 4};
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(box.middle[i], middle[i]);
+        EXPECT_NEAR(box.half[i], half[i], 1e-6F * half[i]);
     }
 }
 
