@@ -63,6 +63,10 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/Orva_accConfig.cmake ${CMAKE_CURRENT_B
 
 file(RELATIVE_PATH to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" to_prefix ${to_prefix})
+set(link_name Orva_acc)
+if(MINGW) # by its whole name: with -static the linker would pass it over, and take the one for MSVC, which has no C++ names
+  set(link_name :libOrva_acc.dll.a)
+endif()
 configure_file(cmake/install/orva_acc.pc.in orva_acc.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/orva_acc.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT headers)
 
