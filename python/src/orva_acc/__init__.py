@@ -44,7 +44,7 @@ taken: floats, integers up to 2**53, lists of them, in any byte order and memory
 call, the C library ends the process.
 
 **Threads and processes.** Any number of calls at once; the GIL is free while the library computes, so nothing may write into the
-arrays meanwhile. Each call shares its work with one pool of threads, as many as there are processors. Start worker processes by
+arrays meanwhile. A call cannot be interrupted: Ctrl-C waits for its end. Each call shares its work with one pool of threads, as many as there are processors. Start worker processes by
 "spawn" or "forkserver" rather than by "fork", which leaves the threads of that pool behind in the parent.
 """
 
