@@ -33,14 +33,23 @@ else()
 endif()
 
 # ---- the command-line program ----
-if(ORVA_BUILD_PROGRAM AND NOT TARGET CLI11::CLI11)
-  # Headers only, so looking for the folder does for both platforms; Debian's package file would lead a cross build to /usr.
-  find_path(CLI11_INCLUDE_DIR CLI/CLI.hpp)
-  if(NOT CLI11_INCLUDE_DIR)
-    message(FATAL_ERROR "CLI11's headers are missing: install them, run scripts/setup, or set ORVA_BUILD_PROGRAM=OFF.")
+# Headers only, so looking for the folder does for both platforms; Debian's package files would lead a cross build to /usr.
+function(orva_find_headers target header folder_variable)
+  if(TARGET ${target})
+    return()
   endif()
-  add_library(CLI11::CLI11 INTERFACE IMPORTED)
-  target_include_directories(CLI11::CLI11 INTERFACE ${CLI11_INCLUDE_DIR}) # imported: its warnings stay its own
+  find_path(${folder_variable} ${header})
+  if(NOT ${folder_variable})
+    message(FATAL_ERROR
+      "The headers of ${target} (${header}) are missing: install them, run scripts/setup, or set ORVA_BUILD_PROGRAM=OFF.")
+  endif()
+  add_library(${target} INTERFACE IMPORTED GLOBAL)
+  target_include_directories(${target} INTERFACE ${${folder_variable}}) # imported: their warnings stay their own
+endfunction()
+if(ORVA_BUILD_PROGRAM)
+  orva_find_headers(CLI11::CLI11 CLI/CLI.hpp CLI11_INCLUDE_DIR)
+  orva_find_headers(nlohmann_json::nlohmann_json nlohmann/json.hpp NLOHMANN_JSON_INCLUDE_DIR)
+  orva_find_headers(stb::stb stb/stb_image_write.h STB_INCLUDE_DIR)
 endif()
 
 # ---- the tests ----
