@@ -1,6 +1,7 @@
 #include "measures/fitness.hpp"
 
 #include "measures/closedness.hpp"
+#include "measures/forest.hpp"
 #include "measures/volume.hpp"
 #include "mesh/facet_normal.hpp"
 #include "mesh/shared_vertices.hpp"
@@ -66,26 +67,6 @@ struct Corners {
 
 // ---- parts ----
 
-// A forest over triangles: each points towards the first triangle of its part.
-class Parts {
-public:
-    explicit Parts(std::size_t triangles) : towards(triangles) {
-        std::iota(towards.begin(), towards.end(), std::size_t{0});
-    }
-    std::size_t of(std::size_t triangle) {
-        while (towards[triangle] != triangle) triangle = towards[triangle] = towards[towards[triangle]];
-        return triangle;
-    }
-    void join(std::size_t a, std::size_t b) {
-        a = of(a);
-        b = of(b);
-        towards[std::max(a, b)] = std::min(a, b);
-    }
-
-private:
-    std::vector<std::size_t> towards;
-};
-
 void grow(Box& box, const Vec3& p) {
     box.low = {std::min(box.low.x, p.x), std::min(box.low.y, p.y), std::min(box.low.z, p.z)};
     box.high = {std::max(box.high.x, p.x), std::max(box.high.y, p.y), std::max(box.high.z, p.z)};
@@ -102,7 +83,7 @@ Vec3 middleOf(const Box& box) {
 
 // note: a part of negative volume is a hollow where another part is around it. Whether the other one's box is around it
 // is enough to ask: nobody is told that a hollow is wrong.
-std::size_t countInsideOut(const SharedVertices& mesh, Parts& parts, const Vec3& centre) {
+std::size_t countInsideOut(const SharedVertices& mesh, Forest& parts, const Vec3& centre) {
     struct Part {
         double sixfoldVolume = 0.0;
         Box box;
@@ -112,7 +93,7 @@ std::size_t countInsideOut(const SharedVertices& mesh, Parts& parts, const Vec3&
     for (std::size_t i = 0; i < triangles; ++i) {
         std::array<Vec3, 3> corners;
         for (std::size_t k = 0; k < 3; ++k) corners[k] = mesh.positions[mesh.corners[3 * i + k]];
-        const std::size_t first = parts.of(i);
+        const std::size_t first = parts.first(i);
         Part& part = found[first];
         if (first == i) part.box = {corners[0], corners[0]};
         for (const Vec3& corner : corners) grow(part.box, corner);
@@ -188,7 +169,7 @@ std::vector<Side> sidesOf(const SharedVertices& mesh) {
 }
 
 // Gives whether all edges are matched: run along as often in one direction as in the other.
-bool countEdges(const SharedVertices& mesh, Parts& parts, Fitness& fitness) {
+bool countEdges(const SharedVertices& mesh, Forest& parts, Fitness& fitness) {
     const std::vector<Side> sides = sidesOf(mesh);
     bool matched = true;
     std::vector<std::size_t> atCorner; // for the vertices at open edges one triangle there
@@ -289,9 +270,9 @@ Fitness measureFitness(const types::Mesh<double>& mesh) {
     fitness.volume = signedVolume(mesh);
     countDuplicates(shared, fitness);
 
-    Parts parts(fitness.triangles);
+    Forest parts(fitness.triangles);
     const bool matched = countEdges(shared, parts, fitness);
-    for (std::size_t i = 0; i < fitness.triangles; ++i) fitness.parts += parts.of(i) == i ? 1 : 0;
+    for (std::size_t i = 0; i < fitness.triangles; ++i) fitness.parts += parts.first(i) == i ? 1 : 0;
     if (matched) {
         fitness.insideOutParts = countInsideOut(shared, parts, middleOf(fitness.box));
     } else {
