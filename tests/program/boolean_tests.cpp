@@ -30,12 +30,20 @@ protected:
         EXPECT_EQ(said.substr(0, time), "orva: " + line);
     }
 
+    // The same after a warning.
+    void expectWarning(Outcome run, const std::string& warning, const std::string& line) const {
+        const std::string text = "orva: warning: " + warning + "\n";
+        ASSERT_TRUE(run.errors.starts_with(text)) << run.errors;
+        run.errors.erase(0, text.size());
+        expectLine(run, line);
+    }
+
     std::string countIn(const std::string& name) const {
         return std::to_string(readAs(readOff, contentOf(name)).vertices.size() / 3);
     }
 
     void expectVolume(const std::string& verb, double volume) const {
-        const Outcome run = orva({verb, a, b, "-o", result});
+        const Outcome run = orva({verb, a, b, "-o", result, "--force"});
         expectLine(run, verb + ": 12 + 12 triangles -> " + countIn(result));
         const Mesh mesh = readAs(readOff, contentOf(result));
         EXPECT_DOUBLE_EQ(signedVolume(mesh), volume);
@@ -57,7 +65,7 @@ TEST_F(BooleanVerb, QuietSaysNothing) {
     const Outcome run = orva({"union", a, b, "-o", result, "-q"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.output + run.errors, "");
-    EXPECT_EQ(orva({"union", "--quiet", a, b, "--output", result}).errors, "");
+    EXPECT_EQ(orva({"union", "--quiet", a, b, "--output", result, "--force"}).errors, "");
 }
 
 TEST_F(BooleanVerb, VerboseMeasuresTheResult) {
@@ -87,8 +95,10 @@ TEST_F(BooleanVerb, EmptyResultIsASuccessAndSaysSo) {
 
 TEST_F(BooleanVerb, EmptyOperandEmptiesTheResultAndTheLineSaysWhy) {
     const std::string why = " (empty, as every result of an empty mesh)";
-    expectLine(orva({"union", empty, b, "-o", result}), "union: 0 + 12 triangles -> 0" + why);
-    expectLine(orva({"subtract", a, empty, "-o", result}), "subtract: 12 + 0 triangles -> 0" + why);
+    const std::string warning = empty + ": no triangles; an empty mesh empties the result, leave it out";
+    expectWarning(orva({"union", empty, b, "-o", result}), warning, "union: 0 + 12 triangles -> 0" + why);
+    expectWarning(orva({"subtract", a, empty, "-o", result, "--force"}), warning,
+                  "subtract: 12 + 0 triangles -> 0" + why);
 }
 
 TEST_F(BooleanVerb, SubtractTakesManyCuttersInEveryMode) {
@@ -96,13 +106,15 @@ TEST_F(BooleanVerb, SubtractTakesManyCuttersInEveryMode) {
     const std::string c = file("c.off", boxFile({1.5, 1.5, 1.5}, {3, 3, 3}));
     const std::string d = file("d.off", boxFile({-1, -1, -1}, {0.5, 0.5, 0.5}));
     for (const std::string mode : {"sequential", "union", "parallel"}) {
-        Outcome run = orva({"subtract", a, b, c, away, d, "-o", result, "--mode", mode});
-        if (run.errors.starts_with("orva: one processor only")) run.errors.erase(0, run.errors.find('\n') + 1);
+        Outcome run = orva({"subtract", a, b, c, away, d, "-o", result, "--force", "--mode", mode});
+        if (run.errors.starts_with("orva: warning: --mode: one thread only"))
+            run.errors.erase(0, run.errors.find('\n') + 1);
         expectLine(run, "subtract: 12 + 48 triangles in 4 meshes -> " + countIn(result));
         EXPECT_NEAR(signedVolume(readAs(readOff, contentOf(result))), 6.875, 1e-12) << mode;
     }
-    expectLine(orva({"subtract", a, b, empty, "-o", result, "--mode", "union"}),
-               "subtract: 12 + 12 triangles in 2 meshes -> 0 (empty, as every result of an empty mesh)");
+    expectWarning(orva({"subtract", a, b, empty, "-o", result, "--force", "--mode", "union"}),
+                  empty + ": no triangles; an empty mesh empties the result, leave it out",
+                  "subtract: 12 + 12 triangles in 2 meshes -> 0 (empty, as every result of an empty mesh)");
 }
 
 TEST_F(BooleanVerb, SubtractGoesInTurnUnlessToldOtherwise) {
@@ -118,6 +130,22 @@ TEST_F(BooleanVerb, SubtractTakesNoOtherMode) {
     expectFailure(orva({"subtract", a, "-o", result}), 2, "CUTTER is required; see orva subtract --help");
 }
 
+TEST_F(BooleanVerb, UnionAndIntersectTakeManyMeshesInTurn) {
+    const std::string c = file("c.off", boxFile({2, 2, 2}, {4, 4, 4}));
+    Outcome run = orva({"union", a, b, c, away, "-o", result});
+    expectLine(run, "union: 12 + 36 triangles in 3 meshes -> " + countIn(result));
+    EXPECT_DOUBLE_EQ(signedVolume(readAs(readOff, contentOf(result))), 8 + 7 + 7 + 1);
+    ASSERT_EQ(orva({"union", a, b, "-o", file("ab.off")}).exitCode, 0);
+    ASSERT_EQ(orva({"union", file("ab.off"), c, "-o", file("abc.off")}).exitCode, 0);
+    ASSERT_EQ(orva({"union", file("abc.off"), away, "-o", file("abcd.off")}).exitCode, 0);
+    EXPECT_EQ(contentOf(result), contentOf(file("abcd.off")));
+
+    const std::string d = file("d.off", boxFile({0, 0, 1.5}, {3, 3, 3}));
+    run = orva({"intersect", a, b, d, "-o", result, "--force"});
+    expectLine(run, "intersect: 12 + 24 triangles in 2 meshes -> " + countIn(result));
+    EXPECT_DOUBLE_EQ(signedVolume(readAs(readOff, contentOf(result))), 0.5);
+}
+
 TEST_F(BooleanVerb, FormatsMix) {
     const std::string stl = file("b.STL");
     ASSERT_EQ(orva({"convert", b, "-o", stl}).exitCode, 0);
@@ -128,7 +156,7 @@ TEST_F(BooleanVerb, FormatsMix) {
 
 TEST_F(BooleanVerb, OutputReplacesItsOwnInput) {
     ASSERT_EQ(orva({"subtract", a, b, "-o", result}).exitCode, 0);
-    EXPECT_EQ(orva({"subtract", a, b, "-o", a}).exitCode, 0);
+    EXPECT_EQ(orva({"subtract", a, b, "-o", a, "--force"}).exitCode, 0);
     EXPECT_EQ(contentOf(a), contentOf(result));
 }
 
