@@ -1,13 +1,10 @@
 #include "verbs/boolean.hpp"
 
-#include "measures/closedness.hpp"
-#include "measures/volume.hpp"
+#include "mesh/origins.hpp"
+#include "verbs/boolean_summary.hpp"
 #include "verbs/meshes.hpp"
 
-#include <algorithm>
-#include <array>
 #include <chrono>
-#include <cstdio>
 #include <memory>
 #include <utility>
 
@@ -23,69 +20,50 @@ struct Options {
     std::vector<std::string> others;
 };
 
-template <typename... Values> std::string format(const char* pattern, Values... values) {
-    std::array<char, 128> text; // far more than the numbers below can take
-    std::snprintf(text.data(), text.size(), pattern, values...);
-    return text.data();
+std::string joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
+    return text;
 }
 
-bool isEmpty(const Mesh& mesh) {
-    return countTriangles(mesh) == 0;
-}
-
-// The sum of a measure over all the other meshes.
-template <typename Measure> auto total(const std::vector<Mesh>& meshes, Measure measure) {
-    decltype(measure(meshes.front())) sum = 0;
-    for (const Mesh& mesh : meshes) sum += measure(mesh);
-    return sum;
-}
-
-// Why there is nothing in the result, as far as that is known; empty for a result that is not.
-std::string whyEmpty(const Mesh& first, const std::vector<Mesh>& others, const Mesh& result) {
-    if (!isEmpty(result)) return "";
-    if (isEmpty(first) || std::any_of(others.begin(), others.end(), isEmpty)) {
-        return "empty, as every result of an empty mesh";
-    }
-    return "the result is empty";
-}
-
-void warnOfEmptyInputs(const std::vector<std::string>& files, const std::vector<Model>& models, Report& report) {
+// The faces that there are to tell from, and a word on what is lost by it.
+std::vector<std::size_t> markAll(const std::vector<Input>& inputs, std::vector<Model>& models, const Output& output,
+                                 Report& report) {
+    std::vector<std::size_t> faces;
+    std::vector<std::string> textured;
     for (std::size_t i = 0; i < models.size(); ++i) {
-        if (!isEmpty(models[i].mesh)) continue;
-        report.warnings.push_back(files[i] + ": no triangles; an empty mesh empties the result, leave it out");
+        if (models[i].hasTexture) textured.push_back(inputs[i].file);
+        faces.push_back(countFaces(models[i]));
+        markFaces(models[i], i);
     }
+    if (!textured.empty()) {
+        report.warnings.push_back(joined(textured) + ": texture coordinates are not carried with --keep-faces");
+    }
+    if (!output.format->name.starts_with("ply")) {
+        report.warnings.push_back(output.file.name + ": " + std::string(output.format->name) +
+                                  " cannot hold where faces came from; write .ply, or see the counts in --json");
+    }
+    return faces;
 }
 
-std::string summarize(const std::string& verb, const Mesh& first, const std::vector<Mesh>& others, const Mesh& result) {
-    std::string text = verb + format(": %zu + %zu triangles", countTriangles(first), total(others, countTriangles));
-    if (others.size() > 1) text += format(" in %zu meshes", others.size());
-    text += format(" -> %zu", countTriangles(result));
-    const std::string reason = whyEmpty(first, others, result);
-    return reason.empty() ? text : text + " (" + reason + ")";
-}
-
-// The end of the summary, and the same for --json.
-std::string measure(const Mesh& first, const std::vector<Mesh>& others, const Mesh& result, Json& output) {
-    const Closedness closedness = measureClosedness(result, CLOSING_TOLERANCE);
-    const double volume = signedVolume(result);
-    output["volume"] = volume;
-    output["open_edges"] = closedness.openEdges;
-    output["largest_gap"] = closedness.largestGap;
-    std::string text =
-        format(", volume %.10g + %.10g -> %.10g", signedVolume(first), total(others, signedVolume), volume);
-    if (closedness.openEdges == 0) return text + format(", closed within %g", CLOSING_TOLERANCE);
-    return text + format(", not closed within %g: %zu open edges, gaps up to %.2g", CLOSING_TOLERANCE,
-                         closedness.openEdges, closedness.largestGap);
+Json describe(const Shares& shares) {
+    Json inputs = Json::array();
+    for (const Share& share : shares.inputs) inputs.push_back({{"triangles", share.triangles}, {"faces", share.faces}});
+    return {{"inputs", std::move(inputs)}, {"unknown", shares.unknown}};
 }
 
 void runBoolean(const Boolean& boolean, const Options& options, Run& run) {
+    const CommonOptions& common = options.common;
     std::vector<std::string> files{options.first};
     files.insert(files.end(), options.others.begin(), options.others.end());
-    const std::vector<Input> inputs = inputsOf(files, options.common.from);
-    const Output output = outputOf(options.common, run.report);
+    const std::vector<Input> inputs = inputsOf(files, common.from);
+    const Output output = outputOf(common, run.report);
 
     std::vector<Model> models = readInputs(inputs, run);
-    warnOfEmptyInputs(files, models, run.report);
+    if (common.strict || common.json || !common.quiet) checkFitness(inputs, models, common.strict, run);
+    std::vector<std::size_t> faces;
+    if (common.keepFaces) faces = markAll(inputs, models, output, run.report);
+
     Model result;
     for (const Model& model : models) {
         result.hasNormals |= model.hasNormals;
@@ -99,17 +77,16 @@ void runBoolean(const Boolean& boolean, const Options& options, Run& run) {
     boolean.combine(result.mesh, first, others, run);
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
 
-    writeOutput(output, result, run);
-    std::string& summary = run.report.summary = summarize(boolean.verb, first, others, result.mesh);
-    Json& json = run.report.members["output"];
-    const std::string reason = whyEmpty(first, others, result.mesh);
-    if (!reason.empty()) json["empty"] = reason;
-    if (options.common.verbose) {
-        run.progress.show("measuring the result");
-        summary += measure(first, others, result.mesh, json);
+    Shares shares;
+    if (common.keepFaces) shares = readOrigins(result, faces);
+    if (shares.unknown > 0) {
+        run.report.warnings.push_back(output.file.name + ": of " + std::to_string(shares.unknown) +
+                                      " triangles it is not known where they came from");
     }
-    run.report.members["operation_seconds"] = time.count();
-    summary += format(", %.3f s", time.count());
+    writeOutput(output, result, run);
+    if (common.keepFaces) run.report.members["output"]["origins"] = describe(shares);
+    if (common.verbose) run.progress.show("measuring the result");
+    summarize(boolean, {first, others, result.mesh, time.count()}, common.verbose, run.report);
 }
 
 } // namespace
@@ -122,6 +99,8 @@ CLI::App* addBoolean(CLI::App& app, Command& command, const Boolean& boolean) {
     addOutput(*verb, options->common);
     addFrom(*verb, options->common);
     addTo(*verb, options->common);
+    addKeepFaces(*verb, options->common);
+    addStrict(*verb, options->common);
     addThreads(*verb, options->common);
     addReporting(*verb, options->common, "the summary also has the volumes, and whether the result closes");
     verb->footer(

@@ -23,6 +23,7 @@ struct Boolean {
     std::string example; ///< whole commands
     std::string first = "A";
     std::string second = "B";
+    bool emptyWhenApart = false; ///< whether nothing is left of meshes that do not meet
     std::function<void(Mesh& output, const Mesh& first, const std::vector<Mesh>& others, Run& run)> combine;
 };
 

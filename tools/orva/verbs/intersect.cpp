@@ -10,6 +10,7 @@ void addIntersect(CLI::App& app, Command& command) {
                {.verb = "intersect",
                 .text = "What lies in both A and B, or in all of them.",
                 .example = "orva intersect bone.off window.off -o detail.stl",
+                .emptyWhenApart = true,
                 .combine = [](auto& output, const auto& a, const auto& others, Run& run) {
                     combineInTurn(bspcsg::intersectMesh, output, a, others, run);
                 }});

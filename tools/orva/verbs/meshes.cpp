@@ -2,6 +2,7 @@
 
 #include "failure.hpp"
 #include "files/name.hpp"
+#include "measures/fitness.hpp"
 
 #include <algorithm>
 
@@ -62,6 +63,18 @@ std::vector<Model> readInputs(const std::vector<Input>& inputs, Run& run) {
         described.push_back(describe(input.file, *input.format, models.back()));
     }
     return models;
+}
+
+void checkFitness(const std::vector<Input>& inputs, const std::vector<Model>& models, bool strict, Run& run) {
+    for (std::size_t i = 0; i < models.size(); ++i) {
+        run.progress.show("checking " + inputs[i].file, i, models.size());
+        const Notes found = complaints(measureFitness(models[i].mesh));
+        if (strict && !found.empty()) {
+            const std::string more = found.size() == 1 ? "" : " (and more: orva check says all)";
+            throw Failure(ExitCode::Unfit, inputs[i].file + ": " + found.front() + more);
+        }
+        warn(inputs[i].file, found, run.report);
+    }
 }
 
 void writeOutput(const Output& output, const Model& model, Run& run) {

@@ -31,6 +31,9 @@ Output outputOf(const CommonOptions& options, Report& report);
 /// Reads them all and adds "inputs" to the report. Throws Failure (CannotRead).
 std::vector<Model> readInputs(const std::vector<Input>& inputs, Run& run);
 
+/// Warns of those that are no good for a boolean. Throws Failure (Unfit) instead if it is to be strict.
+void checkFitness(const std::vector<Input>& inputs, const std::vector<Model>& models, bool strict, Run& run);
+
 /// Writes it and adds "output" to the report, to which more may be added then. Throws Failure (CannotWrite).
 void writeOutput(const Output& output, const Model& model, Run& run);
 
