@@ -5,9 +5,15 @@
 
 #include <cerrno>
 #include <cstdint>
+#include <cstdio>
 #include <fstream>
 #include <random>
 #include <system_error>
+
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
 
 namespace orva::program {
 
@@ -29,10 +35,27 @@ fs::path temporaryBeside(const fs::path& path) {
     return folderOf(path) / (".orva-" + std::to_string(random()) + "-" + std::to_string(random()) + ".tmp");
 }
 
+void refuseToReplace(const OutputFile& file) {
+    std::error_code error;
+    if (!file.replace && fs::exists(file.path, error)) fail(file.name, "exists already; use --force to replace it");
+}
+
+void writeStdout(std::string_view bytes) {
+#ifdef _WIN32
+    _setmode(_fileno(stdout), _O_BINARY);
+#endif
+    errno = 0;
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
+    if (std::fflush(stdout) != 0 || !written) {
+        fail("-", "writing to stdout failed: " + std::generic_category().message(errno) + "; check where it leads");
+    }
+}
+
 } // namespace
 
-OutputFile prepareOutput(const std::string& name) {
-    OutputFile file{name, pathOf(name)};
+OutputFile prepareOutput(const std::string& name, bool replace) {
+    OutputFile file{name, pathOf(name), replace};
+    if (isStream(name)) return file;
     std::error_code error;
     if (fs::is_symlink(file.path, error)) {
         const fs::path behind = fs::canonical(file.path, error);
@@ -45,6 +68,7 @@ OutputFile prepareOutput(const std::string& name) {
     if (!fs::exists(status)) return file;
     if (fs::is_directory(status)) fail(name, "this is a folder; name a file in it");
     if (!fs::is_regular_file(status)) fail(name, "this is no ordinary file; choose another name");
+    refuseToReplace(file);
     constexpr fs::perms write = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
     if ((status.permissions() & write) == fs::perms::none) {
         fail(name, "the file there is write-protected; choose another name or make it writable");
@@ -53,6 +77,8 @@ OutputFile prepareOutput(const std::string& name) {
 }
 
 void writeFile(const OutputFile& file, std::string_view bytes) {
+    if (isStream(file.name)) return writeStdout(bytes);
+    refuseToReplace(file); // again, since the work may have taken long: another run may have been sooner
     const fs::path temporary = temporaryBeside(file.path);
     std::error_code error;
 
