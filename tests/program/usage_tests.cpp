@@ -17,13 +17,13 @@ TEST_F(Usage, HelpNamesEveryVerb) {
     const Outcome run = orva({"--help"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.errors, "");
-    for (const char* verb : {"union", "subtract", "intersect", "convert"}) {
+    for (const char* verb : {"union", "subtract", "intersect", "check", "convert", "render"}) {
         EXPECT_NE(run.output.find(std::string("\n  ") + verb + " "), std::string::npos) << run.output;
     }
 }
 
 TEST_F(Usage, HelpOfEveryVerbHasAnExample) {
-    for (const std::string verb : {"union", "subtract", "intersect", "convert"}) {
+    for (const std::string verb : {"union", "subtract", "intersect", "check", "convert", "render"}) {
         const Outcome run = orva({verb, "--help"});
         EXPECT_EQ(run.exitCode, 0);
         EXPECT_NE(run.output.find("Example:\n  orva " + verb + " "), std::string::npos) << run.output;
@@ -31,7 +31,7 @@ TEST_F(Usage, HelpOfEveryVerbHasAnExample) {
 }
 
 TEST_F(Usage, NoVerb) {
-    const std::string line = "name a verb: union, subtract, intersect, convert; see orva --help";
+    const std::string line = "name a verb: union, subtract, intersect, check, convert, render; see orva --help";
     expectFailure(orva({}), 2, line);
     expectFailure(orva({"add", "a.off", "b.off"}), 2, line);
     expectFailure(orva({"-z"}), 2, line);
