@@ -2,7 +2,9 @@
 //
 // A verb is a file in verbs/, a file format one in formats/; exit codes and error lines are in failure.hpp.
 #include "failure.hpp"
+#include "interruption.hpp"
 #include "report/report.hpp"
+#include "report/terminal.hpp"
 #include "verbs/execute.hpp"
 #include "verbs/verbs.hpp"
 
@@ -13,10 +15,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#ifdef _WIN32
-#include <windows.h>
-#endif
 
 namespace {
 
@@ -44,28 +42,28 @@ int run(const std::vector<std::string>& arguments) {
 
 // Arguments are UTF-8 from here on.
 template <typename Char> int runGuarded(int argc, Char** argv) {
+    int code = 0;
     try {
+        watchForInterruption();
+        enterTerminal();
         std::vector<std::string> arguments;
         for (int i = 1; i < argc; ++i) {
             const std::u8string utf8 = std::filesystem::path(argv[i]).u8string();
             arguments.emplace_back(utf8.begin(), utf8.end());
         }
-        return run(arguments);
+        code = run(arguments);
     } catch (...) {
-        return reportException();
+        code = reportException();
     }
+    leaveTerminal();
+    return code;
 }
 
 } // namespace
 
 #ifdef _WIN32
 int wmain(int argc, wchar_t** argv) {
-    // Our lines are UTF-8; the console belongs to the shell, which finds it as it was.
-    const UINT codePage = GetConsoleOutputCP();
-    SetConsoleOutputCP(CP_UTF8);
-    const int code = runGuarded(argc, argv);
-    SetConsoleOutputCP(codePage);
-    return code;
+    return runGuarded(argc, argv);
 }
 #else
 int main(int argc, char** argv) {

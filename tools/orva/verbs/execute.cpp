@@ -18,10 +18,13 @@ int execute(const Command& command) {
         if (command.threads > 0) {
             limit.emplace(tbb::global_control::max_allowed_parallelism, static_cast<std::size_t>(command.threads));
         }
+        if (!command.manner.quiet) run.progress.start();
         command.run(run);
+        run.progress.stop();
         run.report.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
         return print(command.verb, run.report, command.manner);
     } catch (...) {
+        run.progress.stop();
         return printFailure(command.verb, run.report, command.manner);
     }
 }
