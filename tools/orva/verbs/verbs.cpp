@@ -29,6 +29,7 @@ void addVerbs(CLI::App& app, Command& command) {
     addSubtract(app, command);
     addIntersect(app, command);
     addConvert(app, command);
+    addBatch(app, command);
 }
 
 void parse(CLI::App& app, std::vector<std::string> arguments) {

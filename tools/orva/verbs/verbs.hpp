@@ -16,6 +16,7 @@ void addUnion(CLI::App& app, Command& command);
 void addSubtract(CLI::App& app, Command& command);
 void addIntersect(CLI::App& app, Command& command);
 void addConvert(CLI::App& app, Command& command);
+void addBatch(CLI::App& app, Command& command);
 
 /// All of them. The one that is parsed leaves in `command` what there is to do.
 void addVerbs(CLI::App& app, Command& command);
