@@ -11,12 +11,18 @@ namespace {
 
 struct Preset {
     std::string_view name;
-    View view;
+    double azimuth;
+    double elevation;
 };
 
 constexpr std::array presets{
-    Preset{"iso", {}},        Preset{"front", {0, 0}}, Preset{"right", {90, 0}},   Preset{"back", {180, 0}},
-    Preset{"left", {270, 0}}, Preset{"top", {0, 90}},  Preset{"bottom", {0, -90}},
+    Preset{"iso", View().azimuth, View().elevation},
+    Preset{"front", 0, 0},
+    Preset{"right", 90, 0},
+    Preset{"back", 180, 0},
+    Preset{"left", 270, 0},
+    Preset{"top", 0, 90},
+    Preset{"bottom", 0, -90},
 };
 
 // Libraries of mathematics differ in the last bit of a sine. A picture has no use for it.
@@ -44,7 +50,7 @@ bool parse(std::string_view text, double& value) {
 
 std::optional<View> parseView(const std::string& text) {
     for (const Preset& preset : presets) {
-        if (preset.name == text) return preset.view;
+        if (preset.name == text) return View{preset.azimuth, preset.elevation};
     }
     const std::size_t comma = text.find(',');
     if (comma == std::string::npos) return std::nullopt;
@@ -60,9 +66,12 @@ std::optional<View> parseView(const std::string& text) {
 Axes axesOf(const View& view) {
     const Direction around = directionOf(view.azimuth);
     const Direction above = directionOf(view.elevation);
-    return {{around.cosine, around.sine, 0.0},
-            {-around.sine * above.sine, around.cosine * above.sine, above.cosine},
-            {around.sine * above.cosine, -around.cosine * above.cosine, above.sine}};
+    const auto inSpace = [&view](double x, double y, double z) {
+        return view.up == Up::Z ? types::Vec3{x, y, z} : types::Vec3{x, z, -y};
+    };
+    return {inSpace(around.cosine, around.sine, 0.0),
+            inSpace(-around.sine * above.sine, around.cosine * above.sine, above.cosine),
+            inSpace(around.sine * above.cosine, -around.cosine * above.cosine, above.sine)};
 }
 
 } // namespace orva::program

@@ -10,11 +10,15 @@
 
 namespace orva::program {
 
-/// In degrees. From azimuth 0 one looks along the y axis, from -y, with x to the right and z up; the azimuth grows to
-/// the right, counter-clockwise seen from above. Elevation 90 looks down from above, -90 up from below.
+/// Which axis points up. In front is what lies towards -y or, with y up, towards z.
+enum class Up { Y, Z };
+
+/// In degrees. From azimuth 0 one sees the front, with x to the right; the azimuth grows to the right,
+/// counter-clockwise seen from above. Elevation 90 looks down from above, -90 up from below.
 struct View {
     double azimuth = 45.0;
     double elevation = 35.26438968; // isometric: all three axes equally short
+    Up up = Up::Z;
 };
 
 /// "iso", "front", "back", "left", "right", "top", "bottom", or "AZIMUTH,ELEVATION".

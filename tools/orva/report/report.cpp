@@ -49,6 +49,7 @@ void printData(const std::string& text) {
 
 int print(const std::string& verb, const Report& report, const Manner& manner) {
     printWarnings(report, manner);
+    for (const std::string& error : report.errors) std::fprintf(stderr, "orva: %s\n", error.c_str());
     printData(manner.json ? lineOf(resultJson(verb, report)) + "\n" : report.text);
     if (!manner.quiet && !report.summary.empty()) std::fprintf(stderr, "orva: %s\n", report.summary.c_str());
     return static_cast<int>(report.code);

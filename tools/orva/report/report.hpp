@@ -23,6 +23,7 @@ inline constexpr const char* JSON_SCHEMA = "orva/1";
 struct Report {
     Json members = Json::object();     ///< for --json: the verb's own members, "inputs" and "output" for instance
     std::vector<std::string> warnings; ///< "FILE: what was noticed; what to do" each
+    std::vector<std::string> errors;   ///< what failed without ending the run, with --quiet, too
     std::string summary;               ///< a line on stderr, unless --quiet
     std::string text;                  ///< lines for stdout, unless --json
     ExitCode code = ExitCode::Done;    ///< other than Done for what is a result and no failure: an unfit mesh

@@ -51,15 +51,20 @@ Output outputOf(const CommonOptions& options, Report& report) {
     return {prepareOutput(options.output, options.force), &format, {.digits = options.precision}};
 }
 
+Model readInput(const Input& input, Run& run) {
+    Notes notes;
+    Model model = readModel(*input.format, input.file, notes);
+    warn(input.file, notes, run.report);
+    return model;
+}
+
 std::vector<Model> readInputs(const std::vector<Input>& inputs, Run& run) {
     std::vector<Model> models;
     models.reserve(inputs.size());
     Json& described = run.report.members["inputs"] = Json::array();
     for (const Input& input : inputs) {
         run.progress.show("reading " + input.file, models.size(), inputs.size());
-        Notes notes;
-        models.push_back(readModel(*input.format, input.file, notes));
-        warn(input.file, notes, run.report);
+        models.push_back(readInput(input, run));
         described.push_back(describe(input.file, *input.format, models.back()));
     }
     return models;

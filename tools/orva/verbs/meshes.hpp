@@ -28,6 +28,9 @@ std::vector<Input> inputsOf(const std::vector<std::string>& files, const std::st
 /// The same for the output. Throws Failure (Usage, CannotWrite).
 Output outputOf(const CommonOptions& options, Report& report);
 
+/// Throws Failure (CannotRead).
+Model readInput(const Input& input, Run& run);
+
 /// Reads them all and adds "inputs" to the report. Throws Failure (CannotRead).
 std::vector<Model> readInputs(const std::vector<Input>& inputs, Run& run);
 

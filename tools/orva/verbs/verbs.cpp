@@ -28,7 +28,9 @@ void addVerbs(CLI::App& app, Command& command) {
     addUnion(app, command);
     addSubtract(app, command);
     addIntersect(app, command);
+    addCheck(app, command);
     addConvert(app, command);
+    addRender(app, command);
     addBatch(app, command);
 }
 

@@ -15,7 +15,9 @@ namespace orva::program {
 void addUnion(CLI::App& app, Command& command);
 void addSubtract(CLI::App& app, Command& command);
 void addIntersect(CLI::App& app, Command& command);
+void addCheck(CLI::App& app, Command& command);
 void addConvert(CLI::App& app, Command& command);
+void addRender(CLI::App& app, Command& command);
 void addBatch(CLI::App& app, Command& command);
 
 /// All of them. The one that is parsed leaves in `command` what there is to do.
