@@ -66,14 +66,14 @@ TEST_F(Convert, NameThatBeginsLikeAnOption) {
 
 TEST_F(Convert, UnknownExtensions) {
     const std::string a = file("a.off", triangle);
-    const std::string other = file("a.obj", triangle);
+    const std::string other = file("a.step", triangle);
     const std::string none = file("mesh", triangle);
+    const std::string use = "; use one of .stl, .off, .obj, .ply, .glb";
     expectFailure(orva({"convert", other, "-o", file("b.off")}), 2,
-                  other + ": no format is known by the extension .obj; use .off or .stl");
-    expectFailure(orva({"convert", a, "-o", file("b.obj")}), 2,
-                  file("b.obj") + ": no format is known by the extension .obj; use .off or .stl");
-    expectFailure(orva({"convert", none, "-o", file("b.off")}), 2,
-                  none + ": no extension to tell the format; use .off or .stl");
+                  other + ": no format is known by the extension .step" + use);
+    expectFailure(orva({"convert", a, "-o", file("b.step")}), 2,
+                  file("b.step") + ": no format is known by the extension .step" + use);
+    expectFailure(orva({"convert", none, "-o", file("b.off")}), 2, none + ": no extension to tell the format" + use);
 }
 
 // ---- files that cannot be read ----

@@ -1,7 +1,6 @@
 // OFF: what is read, what is refused and with which words, what is written.
 #include "formats/off.hpp"
 
-#include "failure.hpp"
 #include "program.hpp"
 #include "samples.hpp"
 
@@ -27,12 +26,7 @@ std::string in(std::size_t line, const std::string& word) {
 }
 
 std::string refusal(const std::string& text) {
-    try {
-        readAs(readOff, text);
-        return "nothing was refused";
-    } catch (const MeshError& error) {
-        return error.what();
-    }
+    return refusalOf(readOff, text);
 }
 
 const std::string repair = "; repair the mesh or export it again";
@@ -70,6 +64,16 @@ TEST(OffRead, FacesOfFewerThanThreeCornersArePassedOver) {
               "OFF\n3 1 0\n0 0 0\n1 0 0\n1 1 0\n3 0 1 2\n");
 }
 
+TEST(OffRead, TrianglesKnowTheirFaces) {
+    const std::string vertices = "\n0 0 0\n1 0 0\n1 1 0\n0 1 0\n";
+    EXPECT_EQ(modelAs(readOff, "OFF 4 2" + vertices + "3 0 1 2\n4 0 1 2 3\n").faces,
+              (std::vector<std::uint32_t>{0, 1, 1}));
+    EXPECT_EQ(modelAs(readOff, "OFF 4 3" + vertices + "3 0 1 2\n2 0 1\n3 0 2 3\n").faces,
+              (std::vector<std::uint32_t>{0, 2}));
+    EXPECT_EQ(modelAs(readOff, "OFF 4 2" + vertices + "1 0\n3 0 2 3\n").faces, (std::vector<std::uint32_t>{1}));
+    EXPECT_EQ(modelAs(readOff, square).faces, std::vector<std::uint32_t>()); // each is its own
+}
+
 TEST(OffRead, CommentsAndBlankLines) {
     EXPECT_EQ(reread("# made by hand\n\nOFF # yes\n# four, two\n4 2 5#\n\n0 0 0 # first\n1 0 0\n\n1 1 0\n0 1 0#\n"
                      "3 0 1 2# 9\n#3 1 2 3\n3 0 2 3\n\n# the end\n\n"),
@@ -80,6 +84,13 @@ TEST(OffRead, WindowsLineEnds) {
     std::string text;
     for (const char c : square) text += c == '\n' ? std::string("\r\n") : std::string(1, c);
     EXPECT_EQ(reread(text), reread(square));
+}
+
+TEST(OffRead, LineEndsOfOldMacintoshes) {
+    std::string text = square;
+    for (char& c : text) c = c == '\n' ? '\r' : c;
+    EXPECT_EQ(reread(text), reread(square));
+    EXPECT_EQ(refusal("OFF\r1 0 0\r\n0 0\rx\n"), "line 4: \"x\" is not a finite number" + repair);
 }
 
 TEST(OffRead, ByteOrderMark) {
@@ -144,8 +155,15 @@ TEST(OffRefused, CountsThatAreNone) {
 
 TEST(OffRefused, CoordinatesThatAreNoFiniteNumber) {
     const auto with = [](const std::string& word) { return "OFF\n3 1 0\n0 0 0\n1 " + word + " 0\n1 1 0\n3 0 1 2\n"; };
-    for (const std::string word : {"nan", "-NaN", "inf", "1e999", "0x10", "1,5", "1.0f", "--1", "+-1", "one"}) {
+    for (const std::string word : {"nan", "-NaN", "inf", "1e999", "0x10", "1,5,5", "1.0f", "--1", "+-1", "one"}) {
         EXPECT_EQ(refusal(with(word)), in(4, word) + "is not a finite number" + repair);
+    }
+}
+
+TEST(OffRefused, DecimalCommas) {
+    for (const std::string word : {"1,5", "-0,25", "1,0e-3"}) {
+        EXPECT_EQ(refusal("OFF\n3 1 0\n0 0 0\n1 " + word + " 0\n1 1 0\n3 0 1 2\n"),
+                  in(4, word) + "has a decimal comma; export it with points");
     }
 }
 

@@ -1,5 +1,6 @@
 #include "samples.hpp"
 
+#include "failure.hpp"
 #include "formats/off.hpp"
 #include "mesh/facet_normal.hpp"
 
@@ -45,8 +46,21 @@ Mesh box(const Vec3& low, const Vec3& high) {
 }
 
 Mesh readAs(decltype(Format::read) read, std::string_view bytes) {
+    return modelAs(read, bytes).mesh;
+}
+
+Model modelAs(decltype(Format::read) read, std::string_view bytes) {
     Notes notes;
-    return read(bytes, notes).mesh;
+    return read(bytes, notes);
+}
+
+std::string refusalOf(decltype(Format::read) read, std::string_view bytes) {
+    try {
+        modelAs(read, bytes);
+        return "nothing was refused";
+    } catch (const MeshError& error) {
+        return error.what();
+    }
 }
 
 std::string writeAs(decltype(Format::write) write, const Mesh& mesh) {

@@ -26,6 +26,12 @@ Mesh box(const Vec3& low, const Vec3& high);
 Mesh readAs(decltype(Format::read) read, std::string_view bytes);
 std::string writeAs(decltype(Format::write) write, const Mesh& mesh);
 
+// The same with all that a file said of the mesh.
+Model modelAs(decltype(Format::read) read, std::string_view bytes);
+
+// What a reader says to something that it cannot read.
+std::string refusalOf(decltype(Format::read) read, std::string_view bytes);
+
 // A box as the content of an .off file.
 std::string boxFile(const Vec3& low, const Vec3& high);
 

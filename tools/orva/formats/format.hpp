@@ -26,7 +26,7 @@ struct WriteOptions {
 /// What a reader promises: every number is finite; a corner without a normal in the file carries that of its triangle
 /// (zero for one without area); and memory is taken in proportion to the bytes that are there, whatever they claim.
 ///
-/// What a writer may rely on: every position is finite.
+/// What a writer may rely on: every number that the model has is finite.
 struct Format {
     std::string_view name;      ///< for --from and --to
     std::string_view extension; ///< lower case, with its dot; of formats with the same one, the first is written

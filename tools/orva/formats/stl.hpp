@@ -1,5 +1,5 @@
 /// @file
-/// Binary STL.
+/// STL, binary; which of the two an STL file is, its content tells.
 ///
 ///     80 bytes   anything
 ///      4 bytes   number of triangles
@@ -16,10 +16,10 @@
 
 namespace orva::program {
 
-/// The normals and attributes in the file are ignored. Text STL is recognised and refused.
+/// Binary and text. The normals and attributes in the file are ignored.
 Model readStl(std::string_view bytes, Notes& notes);
 
-/// The normals are computed from the rounded positions, so that they fit what a reader sees.
+/// Binary. The normals are computed from the rounded positions, so that they fit what a reader sees.
 std::string writeStl(const Model& model, const WriteOptions& options, Notes& notes);
 
 } // namespace orva::program

@@ -97,7 +97,9 @@ void Batch::runOne(std::size_t index) {
     std::optional<Failure> failure;
     try {
         report = runBeside(job.command, run.threads);
-        if (report.code != ExitCode::Done) failure.emplace(report.code, report.summary);
+        if (report.code != ExitCode::Done) {
+            failure.emplace(report.code, report.errors.empty() ? "unfit; \"inputs\" say why" : report.errors.front());
+        }
     } catch (...) {
         failure = describeException();
     }
