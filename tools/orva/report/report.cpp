@@ -11,10 +11,10 @@ void printWarnings(const Report& report, const Manner& manner) {
     for (const std::string& warning : report.warnings) std::fprintf(stderr, "orva: warning: %s\n", warning.c_str());
 }
 
-// Data that did not arrive is no success: a full disk behind stdout shows here.
-void printData(const std::string& text) {
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    if (std::fflush(stdout) != 0) throw Failure(ExitCode::CannotWrite, "stdout: writing failed; check where it leads");
+Json resultJson(const std::string& verb, const Report& report) {
+    Json json{{"schema", JSON_SCHEMA}, {"verb", verb}};
+    json.update(membersOf(report));
+    return json;
 }
 
 Json failureJson(const std::string& verb, const Report& report, const Failure& failure) {
@@ -27,9 +27,8 @@ Json failureJson(const std::string& verb, const Report& report, const Failure& f
 
 } // namespace
 
-Json jsonOf(const std::string& verb, const Report& report) {
-    Json json{{"schema", JSON_SCHEMA}, {"verb", verb}};
-    json.update(report.members);
+Json membersOf(const Report& report) {
+    Json json = report.members;
     json["warnings"] = report.warnings;
     json["seconds"] = report.seconds;
     return json;
@@ -43,10 +42,15 @@ std::string lineOf(const Json& json) {
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
+void printData(const std::string& text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    if (std::fflush(stdout) != 0) throw Failure(ExitCode::CannotWrite, "stdout: writing failed; check where it leads");
+}
+
 int print(const std::string& verb, const Report& report, const Manner& manner) {
     printWarnings(report, manner);
     for (const std::string& error : report.errors) std::fprintf(stderr, "orva: %s\n", error.c_str());
-    printData(manner.json ? lineOf(jsonOf(verb, report)) + "\n" : report.text);
+    printData(manner.json ? lineOf(resultJson(verb, report)) + "\n" : report.text);
     if (!manner.quiet && !report.summary.empty()) std::fprintf(stderr, "orva: %s\n", report.summary.c_str());
     return static_cast<int>(report.code);
 }

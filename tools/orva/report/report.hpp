@@ -36,14 +36,17 @@ struct Manner {
     bool json = false;  ///< one JSON object on stdout
 };
 
-/// {"schema", "verb", the verb's own members, "warnings", "seconds"}.
-Json jsonOf(const std::string& verb, const Report& report);
+/// {the verb's own members, "warnings", "seconds"}.
+Json membersOf(const Report& report);
 
 /// {"code", "name", "message"}.
 Json jsonOf(const Failure& failure);
 
 /// One line without its end. Always valid UTF-8: bytes of file names that are none become U+FFFD.
 std::string lineOf(const Json& json);
+
+/// Text on stdout, at once. Throws Failure (CannotWrite): data that did not arrive is no success.
+void printData(const std::string& text);
 
 /// The end of a run that did what it should. Gives the exit code.
 int print(const std::string& verb, const Report& report, const Manner& manner);

@@ -90,6 +90,12 @@ void eraseLine() {
     if (drawn > 0) write("", 0);
 }
 
+void printPastLine(const std::function<void()>& print) {
+    const std::lock_guard lock(busy);
+    if (drawn > 0) write("", 0);
+    print();
+}
+
 void leaveTerminal() noexcept {
     busy.lock(); // for good
     if (drawn > 0) {

@@ -4,6 +4,7 @@
 #define ORVA_PROGRAM_REPORT_TERMINAL_HPP
 
 #include <cstddef>
+#include <functional>
 #include <string>
 
 namespace orva::program {
@@ -29,6 +30,9 @@ void drawLine(const std::string& line, std::size_t escapes);
 
 /// Takes it away, so that other lines can be written.
 void eraseLine();
+
+/// Takes it away while `print` writes something else; nothing of that is torn by an interruption.
+void printPastLine(const std::function<void()>& print);
 
 } // namespace orva::program
 

@@ -31,6 +31,7 @@ void addVerbs(CLI::App& app, Command& command) {
     addCheck(app, command);
     addConvert(app, command);
     addRender(app, command);
+    addBatch(app, command);
 }
 
 void parse(CLI::App& app, std::vector<std::string> arguments) {

@@ -18,6 +18,7 @@ void addIntersect(CLI::App& app, Command& command);
 void addCheck(CLI::App& app, Command& command);
 void addConvert(CLI::App& app, Command& command);
 void addRender(CLI::App& app, Command& command);
+void addBatch(CLI::App& app, Command& command);
 
 /// All of them. The one that is parsed leaves in `command` what there is to do.
 void addVerbs(CLI::App& app, Command& command);
