@@ -16,6 +16,9 @@ protected:
     const std::string away = file("away.off", boxFile({5, 5, 5}, {6, 6, 6}));
     const std::string empty = file("empty.off", "OFF\n0 0 0\n");
     const std::string result = file("result.off");
+    const std::string emptyMesh =
+        ": it has no triangles, and a boolean with an empty mesh gives nothing; check that the "
+        "right thing was exported";
 
     // A success with that line, which stands here without "orva: " and without the time at its end.
     void expectLine(const Outcome& run, const std::string& line) const {
@@ -30,12 +33,26 @@ protected:
         EXPECT_EQ(said.substr(0, time), "orva: " + line);
     }
 
+    // The same after a warning.
+    void expectWarning(Outcome run, const std::string& warning, const std::string& line) const {
+        const std::string text = "orva: warning: " + warning + "\n";
+        ASSERT_TRUE(run.errors.starts_with(text)) << run.errors;
+        run.errors.erase(0, text.size());
+        expectLine(run, line);
+    }
+
+    static std::vector<Triangle> openBox() {
+        std::vector<Triangle> triangles = boxTriangles({0, 0, 0}, {2, 2, 2});
+        triangles.resize(10); // no top
+        return triangles;
+    }
+
     std::string countIn(const std::string& name) const {
         return std::to_string(readAs(readOff, contentOf(name)).vertices.size() / 3);
     }
 
     void expectVolume(const std::string& verb, double volume) const {
-        const Outcome run = orva({verb, a, b, "-o", result});
+        const Outcome run = orva({verb, a, b, "-o", result, "--force"});
         expectLine(run, verb + ": 12 + 12 triangles -> " + countIn(result));
         const Mesh mesh = readAs(readOff, contentOf(result));
         EXPECT_DOUBLE_EQ(signedVolume(mesh), volume);
@@ -57,7 +74,7 @@ TEST_F(BooleanVerb, QuietSaysNothing) {
     const Outcome run = orva({"union", a, b, "-o", result, "-q"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.output + run.errors, "");
-    EXPECT_EQ(orva({"union", "--quiet", a, b, "--output", result}).errors, "");
+    EXPECT_EQ(orva({"union", "--quiet", a, b, "--output", result, "--force"}).errors, "");
 }
 
 TEST_F(BooleanVerb, VerboseMeasuresTheResult) {
@@ -66,29 +83,74 @@ TEST_F(BooleanVerb, VerboseMeasuresTheResult) {
 }
 
 TEST_F(BooleanVerb, VerboseTellsThatTheResultIsOpen) {
-    std::vector<Triangle> triangles = boxTriangles({0, 0, 0}, {2, 2, 2});
-    triangles.resize(10); // no top
-    const std::string open = file("open.off", writeAs(writeOff, meshOf(triangles)));
+    const std::string open = file("open.off", writeAs(writeOff, meshOf(openBox())));
     const std::string under = file("under.off", boxFile({0, 0, -3}, {2, 2, -2}));
     const Outcome run = orva({"union", "--verbose", open, under, "-o", result});
     // From the middle of the box, the missing top would add a sixth of its volume. The result's middle is 1.5 lower.
-    expectLine(run, "union: 10 + 12 triangles -> " + countIn(result) +
-                        ", volume 6.666666667 + 4 -> 8.666666667, "
-                        "not closed within 8e-06: 4 open edges, gaps up to 1");
+    const std::string holes =
+        "4 edges have a triangle on one side only: the surface is open, gaps up to 1; close its holes";
+    expectWarning(run, open + ": " + holes,
+                  "union: 10 + 12 triangles -> " + countIn(result) +
+                      ", volume 6.666666667 + 4 -> 8.666666667, "
+                      "not closed within 8e-06: 4 open edges, gaps up to 1");
 }
 
 TEST_F(BooleanVerb, EmptyResultIsASuccessAndSaysSo) {
-    expectLine(orva({"intersect", a, away, "-o", result}), "intersect: 12 + 12 triangles -> 0 (the result is empty)");
+    const std::string apart = " (the result is empty: there is no place where all of the meshes are)";
+    expectLine(orva({"intersect", a, away, "-o", result}), "intersect: 12 + 12 triangles -> 0" + apart);
     EXPECT_EQ(contentOf(result), "OFF\n0 0 0\n");
     expectLine(orva({"intersect", "-v", a, away, "-o", file("result.stl")}),
-               "intersect: 12 + 12 triangles -> 0 (the result is empty), volume 8 + 1 -> 0, closed within 8e-06");
+               "intersect: 12 + 12 triangles -> 0" + apart + ", volume 8 + 1 -> 0, closed within 8e-06");
     EXPECT_EQ(contentOf(file("result.stl")).size(), 84U);
 }
 
 TEST_F(BooleanVerb, EmptyOperandEmptiesTheResultAndTheLineSaysWhy) {
     const std::string why = " (empty, as every result of an empty mesh)";
-    expectLine(orva({"union", empty, b, "-o", result}), "union: 0 + 12 triangles -> 0" + why);
-    expectLine(orva({"subtract", a, empty, "-o", result}), "subtract: 12 + 0 triangles -> 0" + why);
+    const std::string warning = empty + emptyMesh;
+    expectWarning(orva({"union", empty, b, "-o", result}), warning, "union: 0 + 12 triangles -> 0" + why);
+    expectWarning(orva({"subtract", a, empty, "-o", result, "--force"}), warning,
+                  "subtract: 12 + 0 triangles -> 0" + why);
+}
+
+TEST_F(BooleanVerb, SubtractTakesAllOfTheBase) {
+    const std::string around = file("around.off", boxFile({-1, -1, -1}, {4, 4, 4}));
+    expectLine(orva({"subtract", a, around, "-o", result}), "subtract: 12 + 12 triangles -> 0 (the result is empty)");
+}
+
+TEST_F(BooleanVerb, StrictRefusesUnfitInputs) {
+    const std::string open = file("open.off", writeAs(writeOff, meshOf(openBox())));
+    const std::string holes =
+        ": 4 edges have a triangle on one side only: the surface is open, gaps up to 1; close its holes";
+    expectFailure(orva({"union", a, open, "-o", result, "--strict"}), 4, open + holes);
+    expectFailure(orva({"union", a, empty, "-o", result, "--strict", "-q"}), 4, empty + emptyMesh);
+    EXPECT_EQ(files(), (std::vector<std::string>{"a.off", "away.off", "b.off", "empty.off", "open.off"}));
+    EXPECT_EQ(orva({"union", a, b, "-o", result, "--strict"}).exitCode, 0);
+}
+
+TEST_F(BooleanVerb, QuietLeavesWarningsOut) {
+    EXPECT_EQ(orva({"union", a, empty, "-o", result, "-q"}).errors, "");
+}
+
+TEST_F(BooleanVerb, AnyNumberOfThreadsGivesTheSameBits) {
+    ASSERT_EQ(orva({"subtract", a, b, "-o", result}).exitCode, 0);
+    for (const std::string threads : {"1", "2", "7"}) {
+        const std::string other = file("by-" + threads + ".off");
+        expectLine(orva({"subtract", a, b, "-o", other, "--threads", threads}),
+                   "subtract: 12 + 12 triangles -> " + countIn(result));
+        EXPECT_EQ(contentOf(other), contentOf(result));
+    }
+    expectFailure(orva({"union", a, b, "-o", result, "--threads", "0"}), 2,
+                  "--threads: Value 0 not in range 1 to 1024; see orva union --help");
+}
+
+TEST_F(BooleanVerb, OneThreadDoesNotWaitForAnother) {
+    const std::string c = file("c.off", boxFile({1.5, 1.5, 1.5}, {3, 3, 3}));
+    const std::string warning = "--mode: one thread only: merging the cutters in turn, as with --mode union";
+    const Outcome run = orva({"subtract", a, b, c, away, "-o", result, "--mode", "parallel", "--threads", "1"});
+    expectWarning(run, warning, "subtract: 12 + 36 triangles in 3 meshes -> " + countIn(result));
+    const Outcome two =
+        orva({"subtract", a, b, c, away, "-o", result, "--force", "--mode", "parallel", "--threads", "2"});
+    expectLine(two, "subtract: 12 + 36 triangles in 3 meshes -> " + countIn(result));
 }
 
 TEST_F(BooleanVerb, SubtractTakesManyCuttersInEveryMode) {
@@ -96,13 +158,14 @@ TEST_F(BooleanVerb, SubtractTakesManyCuttersInEveryMode) {
     const std::string c = file("c.off", boxFile({1.5, 1.5, 1.5}, {3, 3, 3}));
     const std::string d = file("d.off", boxFile({-1, -1, -1}, {0.5, 0.5, 0.5}));
     for (const std::string mode : {"sequential", "union", "parallel"}) {
-        Outcome run = orva({"subtract", a, b, c, away, d, "-o", result, "--mode", mode});
-        if (run.errors.starts_with("orva: one processor only")) run.errors.erase(0, run.errors.find('\n') + 1);
+        Outcome run = orva({"subtract", a, b, c, away, d, "-o", result, "--force", "--mode", mode});
+        if (run.errors.starts_with("orva: warning: --mode: one thread only"))
+            run.errors.erase(0, run.errors.find('\n') + 1);
         expectLine(run, "subtract: 12 + 48 triangles in 4 meshes -> " + countIn(result));
         EXPECT_NEAR(signedVolume(readAs(readOff, contentOf(result))), 6.875, 1e-12) << mode;
     }
-    expectLine(orva({"subtract", a, b, empty, "-o", result, "--mode", "union"}),
-               "subtract: 12 + 12 triangles in 2 meshes -> 0 (empty, as every result of an empty mesh)");
+    expectWarning(orva({"subtract", a, b, empty, "-o", result, "--force", "--mode", "union"}), empty + emptyMesh,
+                  "subtract: 12 + 12 triangles in 2 meshes -> 0 (empty, as every result of an empty mesh)");
 }
 
 TEST_F(BooleanVerb, SubtractGoesInTurnUnlessToldOtherwise) {
@@ -118,6 +181,22 @@ TEST_F(BooleanVerb, SubtractTakesNoOtherMode) {
     expectFailure(orva({"subtract", a, "-o", result}), 2, "CUTTER is required; see orva subtract --help");
 }
 
+TEST_F(BooleanVerb, UnionAndIntersectTakeManyMeshesInTurn) {
+    const std::string c = file("c.off", boxFile({2, 2, 2}, {4, 4, 4}));
+    Outcome run = orva({"union", a, b, c, away, "-o", result});
+    expectLine(run, "union: 12 + 36 triangles in 3 meshes -> " + countIn(result));
+    EXPECT_DOUBLE_EQ(signedVolume(readAs(readOff, contentOf(result))), 8 + 7 + 7 + 1);
+    ASSERT_EQ(orva({"union", a, b, "-o", file("ab.off")}).exitCode, 0);
+    ASSERT_EQ(orva({"union", file("ab.off"), c, "-o", file("abc.off")}).exitCode, 0);
+    ASSERT_EQ(orva({"union", file("abc.off"), away, "-o", file("abcd.off")}).exitCode, 0);
+    EXPECT_EQ(contentOf(result), contentOf(file("abcd.off")));
+
+    const std::string d = file("d.off", boxFile({0, 0, 1.5}, {3, 3, 3}));
+    run = orva({"intersect", a, b, d, "-o", result, "--force"});
+    expectLine(run, "intersect: 12 + 24 triangles in 2 meshes -> " + countIn(result));
+    EXPECT_DOUBLE_EQ(signedVolume(readAs(readOff, contentOf(result))), 0.5);
+}
+
 TEST_F(BooleanVerb, FormatsMix) {
     const std::string stl = file("b.STL");
     ASSERT_EQ(orva({"convert", b, "-o", stl}).exitCode, 0);
@@ -128,7 +207,7 @@ TEST_F(BooleanVerb, FormatsMix) {
 
 TEST_F(BooleanVerb, OutputReplacesItsOwnInput) {
     ASSERT_EQ(orva({"subtract", a, b, "-o", result}).exitCode, 0);
-    EXPECT_EQ(orva({"subtract", a, b, "-o", a}).exitCode, 0);
+    EXPECT_EQ(orva({"subtract", a, b, "-o", a, "--force"}).exitCode, 0);
     EXPECT_EQ(contentOf(a), contentOf(result));
 }
 

@@ -26,7 +26,7 @@ TEST_F(Convert, Moves) {
 
 TEST_F(Convert, InPlace) {
     const std::string a = file("a.off", triangle);
-    EXPECT_EQ(orva({"convert", a, "-o", a, "--move", "0", "0", "1"}).exitCode, 0);
+    EXPECT_EQ(orva({"convert", a, "-o", a, "--force", "--move", "0", "0", "1"}).exitCode, 0);
     EXPECT_EQ(contentOf(a), "OFF\n3 1 0\n0 0 1\n1 0 1\n0 1 1\n3 0 1 2\n");
 }
 

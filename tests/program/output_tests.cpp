@@ -19,10 +19,17 @@ class Output : public ProgramTest {
 protected:
     const std::string in = file("in.off", boxFile({0, 0, 0}, {1, 1, 1}));
 
-    Outcome convertTo(const std::string& out) const { return orva({"convert", in, "-o", out}); }
+    Outcome convertTo(const std::string& out) const { return orva({"convert", in, "-o", out, "--force"}); }
 };
 
-TEST_F(Output, ReplacesAnOldFile) {
+TEST_F(Output, LeavesAnOldFileAlone) {
+    const std::string out = file("out.off", "old");
+    expectFailure(orva({"convert", in, "-o", out}), 6, out + ": exists already; use --force to replace it");
+    EXPECT_EQ(contentOf(out), "old");
+    EXPECT_EQ(files(), (std::vector<std::string>{"in.off", "out.off"}));
+}
+
+TEST_F(Output, ReplacesAnOldFileByForce) {
     const std::string out = file("out.off", std::string(100000, 'x'));
     EXPECT_EQ(convertTo(out).exitCode, 0);
     EXPECT_EQ(contentOf(out), contentOf(in));
@@ -31,7 +38,7 @@ TEST_F(Output, ReplacesAnOldFile) {
 
 TEST_F(Output, KeepsTheOldFileWhenTheInputIsBroken) {
     const std::string out = file("out.off", "old");
-    EXPECT_EQ(orva({"convert", file("broken.off", "OFF 1 1 0 0"), "-o", out}).exitCode, 3);
+    EXPECT_EQ(orva({"convert", file("broken.off", "OFF 1 1 0 0"), "-o", out, "--force"}).exitCode, 3);
     EXPECT_EQ(contentOf(out), "old");
     EXPECT_EQ(files(), (std::vector<std::string>{"broken.off", "in.off", "out.off"}));
 }
@@ -97,7 +104,7 @@ TEST_F(Output, DiskIsFull) {
             return corners;
         }());
     // A file-size limit, met with an error instead of the signal, is the full disk that every machine has.
-    expectFailure(orvaAfter("trap '' XFSZ; ulimit -f 8", {"convert", big, "-o", out}), 6,
+    expectFailure(orvaAfter("trap '' XFSZ; ulimit -f 8", {"convert", big, "-o", out, "--force"}), 6,
                   out + ": writing failed: File too large; nothing was changed, check the space on the disk");
     EXPECT_EQ(contentOf(out), "old");
     EXPECT_EQ(files(), (std::vector<std::string>{"big.off", "in.off", "out.off"}));

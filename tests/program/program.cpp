@@ -11,6 +11,7 @@
 #ifdef _WIN32
 #include <windows.h>
 #else
+#include <csignal>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -34,40 +35,37 @@ HANDLE openForChild(const fs::path& path, DWORD access, DWORD creation) {
     return CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, creation, 0, nullptr);
 }
 
-// None of our arguments holds a quotation mark or ends in a backslash.
-int spawn(const std::vector<std::string>& command, const fs::path& output, const fs::path& errors) {
+// In a group of its own, for Ctrl-Break to reach it alone. None of our arguments holds a quotation mark or ends in a
+// backslash.
+Process spawn(const std::vector<std::string>& command, const fs::path& streams) {
     std::wstring line;
     for (const std::string& word : command) line += L'"' + pathOf(word).wstring() + L"\" ";
     STARTUPINFOW start{};
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdInput = openForChild(L"NUL", GENERIC_READ, OPEN_EXISTING); // without one, wine's own pipes get its place
-    start.hStdOutput = openForChild(output, GENERIC_WRITE, CREATE_ALWAYS);
-    start.hStdError = openForChild(errors, GENERIC_WRITE, CREATE_ALWAYS);
+    start.hStdInput = openForChild(streams / "stdin", GENERIC_READ, OPEN_EXISTING);
+    start.hStdOutput = openForChild(streams / "stdout", GENERIC_WRITE, CREATE_ALWAYS);
+    start.hStdError = openForChild(streams / "stderr", GENERIC_WRITE, CREATE_ALWAYS);
     PROCESS_INFORMATION process{};
     // note: about one in some thousand processes dies in wine's hands before it begins, which is this error; nothing of
     // the program has run then.
     DWORD error = ERROR_INTERNAL_ERROR;
     for (int attempt = 0; attempt < 3 && error == ERROR_INTERNAL_ERROR; ++attempt) {
-        const BOOL started =
-            CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process);
+        const BOOL started = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP,
+                                            nullptr, nullptr, &start, &process);
         error = started ? ERROR_SUCCESS : GetLastError();
     }
     for (HANDLE handle : {start.hStdInput, start.hStdOutput, start.hStdError}) CloseHandle(handle);
     if (error != ERROR_SUCCESS) {
         throw std::runtime_error("cannot start " + command.front() + ": error " + std::to_string(error));
     }
-    WaitForSingleObject(process.hProcess, INFINITE);
-    DWORD exitCode = 0;
-    GetExitCodeProcess(process.hProcess, &exitCode);
     CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    return static_cast<int>(exitCode);
+    return {reinterpret_cast<std::intptr_t>(process.hProcess), process.dwProcessId};
 }
 
 #else
 
-int spawn(const std::vector<std::string>& command, const fs::path& output, const fs::path& errors) {
+Process spawn(const std::vector<std::string>& command, const fs::path& streams) {
     std::vector<std::string> words = command;
     std::vector<char*> arguments;
     for (std::string& word : words) arguments.push_back(word.data());
@@ -76,15 +74,14 @@ int spawn(const std::vector<std::string>& command, const fs::path& output, const
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     constexpr int flags = O_WRONLY | O_CREAT | O_TRUNC;
-    posix_spawn_file_actions_addopen(&actions, 1, output.c_str(), flags, 0600);
-    posix_spawn_file_actions_addopen(&actions, 2, errors.c_str(), flags, 0600);
+    posix_spawn_file_actions_addopen(&actions, 0, (streams / "stdin").c_str(), O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, 1, (streams / "stdout").c_str(), flags, 0600);
+    posix_spawn_file_actions_addopen(&actions, 2, (streams / "stderr").c_str(), flags, 0600);
     pid_t process = 0;
     const int failed = posix_spawn(&process, arguments[0], &actions, nullptr, arguments.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     if (failed != 0) throw std::runtime_error("cannot start " + command.front());
-    int status = 0;
-    waitpid(process, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    return {process, 0};
 }
 
 #endif
@@ -97,15 +94,59 @@ std::string withoutCarriageReturns(std::string text) {
     return text;
 }
 
-Outcome start(const std::vector<std::string>& command, const fs::path& streams) {
+Outcome start(const std::vector<std::string>& command, const fs::path& streams, const std::string& input = {},
+              const std::function<void(const Process&)>& meanwhile = {}) {
+    std::ofstream(streams / "stdin", std::ios::binary) << input;
     Outcome result;
-    result.exitCode = spawn(command, streams / "stdout", streams / "stderr");
-    result.output = withoutCarriageReturns(readWhole(streams / "stdout"));
+    const Process process = spawn(command, streams);
+    if (meanwhile) meanwhile(process);
+    result.exitCode = process.wait();
+    result.bytes = readWhole(streams / "stdout");
+    result.output = withoutCarriageReturns(result.bytes);
     result.errors = withoutCarriageReturns(readWhole(streams / "stderr"));
     return result;
 }
 
+std::vector<std::string> commandOf(const std::vector<std::string>& arguments) {
+    std::vector<std::string> command{program};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return command;
+}
+
 } // namespace
+
+#ifdef _WIN32
+
+void Process::interrupt() const {
+    GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, group); // Ctrl-C cannot be sent to others than oneself
+}
+
+int Process::wait() const {
+    HANDLE process = reinterpret_cast<HANDLE>(id);
+    WaitForSingleObject(process, INFINITE);
+    DWORD exitCode = 0;
+    GetExitCodeProcess(process, &exitCode);
+    CloseHandle(process);
+    return static_cast<int>(exitCode);
+}
+
+#else
+
+void Process::interrupt() const {
+    send(SIGINT);
+}
+
+void Process::send(int signal) const {
+    kill(static_cast<pid_t>(id), signal);
+}
+
+int Process::wait() const {
+    int status = 0;
+    waitpid(static_cast<pid_t>(id), &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+#endif
 
 ProgramTest::ProgramTest() {
     std::random_device random;
@@ -142,17 +183,29 @@ std::vector<std::string> ProgramTest::files() const {
     return names;
 }
 
+const std::string& ProgramTest::programFile() {
+    return program;
+}
+
 Outcome ProgramTest::orva(const std::vector<std::string>& arguments) const {
-    std::vector<std::string> command{program};
-    command.insert(command.end(), arguments.begin(), arguments.end());
-    return start(command, streams);
+    return start(commandOf(arguments), streams);
+}
+
+Outcome ProgramTest::orvaReading(const std::string& input, const std::vector<std::string>& arguments) const {
+    return start(commandOf(arguments), streams, input);
+}
+
+Outcome ProgramTest::orvaWhile(const std::vector<std::string>& arguments,
+                               const std::function<void(const Process&)>& meanwhile) const {
+    return start(commandOf(arguments), streams, {}, meanwhile);
 }
 
 #ifndef _WIN32
-Outcome ProgramTest::orvaAfter(const std::string& preparation, const std::vector<std::string>& arguments) const {
+Outcome ProgramTest::orvaAfter(const std::string& preparation, const std::vector<std::string>& arguments,
+                               const std::function<void(const Process&)>& meanwhile) const {
     std::vector<std::string> command{"/bin/sh", "-c", preparation + "; exec \"$0\" \"$@\"", program};
     command.insert(command.end(), arguments.begin(), arguments.end());
-    return start(command, streams);
+    return start(command, streams, {}, meanwhile);
 }
 #endif
 

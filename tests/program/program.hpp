@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,6 +15,20 @@ struct Outcome {
     int exitCode = -1;
     std::string output; ///< stdout; lines end in \n on every platform
     std::string errors; ///< stderr
+    std::string bytes;  ///< stdout as it is
+};
+
+// A run that has begun.
+struct Process {
+    std::intptr_t id = 0; // a process number, or a handle on Windows
+    unsigned long group = 0;
+
+    // As Ctrl-C does it.
+    void interrupt() const;
+#ifndef _WIN32
+    void send(int signal) const;
+#endif
+    int wait() const;
 };
 
 class ProgramTest : public testing::Test {
@@ -33,10 +49,20 @@ protected:
     // Runs the program.
     Outcome orva(const std::vector<std::string>& arguments) const;
 
+    // The same with that on stdin.
+    Outcome orvaReading(const std::string& input, const std::vector<std::string>& arguments) const;
+
+    // The same; `meanwhile` is called when the program has been started.
+    Outcome orvaWhile(const std::vector<std::string>& arguments,
+                      const std::function<void(const Process&)>& meanwhile) const;
+
 #ifndef _WIN32
     // Runs the program by /bin/sh after `preparation`, which sets limits.
-    Outcome orvaAfter(const std::string& preparation, const std::vector<std::string>& arguments) const;
+    Outcome orvaAfter(const std::string& preparation, const std::vector<std::string>& arguments,
+                      const std::function<void(const Process&)>& meanwhile = {}) const;
 #endif
+
+    static const std::string& programFile();
 
 private:
     std::filesystem::path folder;

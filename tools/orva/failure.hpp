@@ -15,9 +15,14 @@ enum class ExitCode {
     Internal = 1,
     Usage = 2,       ///< options, verbs, and file names whose extension names no format
     CannotRead = 3,  ///< a file that is missing, unreadable, or not the mesh that it claims to be
+    Unfit = 4,       ///< a mesh that no boolean should be done with: found by `check`, refused with --strict
     OutOfMemory = 5, ///< or a mesh beyond what can be counted
     CannotWrite = 6,
+    Interrupted = 130, ///< by Ctrl-C, or by the system on its way down; what a shell says of a program that SIGINT ended
 };
+
+/// In a word or two, for --json.
+const char* nameOf(ExitCode code);
 
 /// Ends the run. `what()` is the line without the leading "orva: ", as "FILE: what was wrong, where; what to do".
 struct Failure : std::runtime_error {
@@ -33,6 +38,9 @@ struct MeshError : std::runtime_error {
 
 /// Called in a catch block: says on stderr in one line what the exception was, and gives the exit code for it.
 int reportException();
+
+/// Called in a catch block: the same as a Failure, for those who report elsewhere. Takes memory, unlike the above.
+Failure describeException();
 
 } // namespace orva::program
 

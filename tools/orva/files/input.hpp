@@ -1,5 +1,5 @@
 /// @file
-/// A file into memory.
+/// A file, or stdin, into memory.
 #ifndef ORVA_PROGRAM_FILES_INPUT_HPP
 #define ORVA_PROGRAM_FILES_INPUT_HPP
 
@@ -7,7 +7,7 @@
 
 namespace orva::program {
 
-/// All bytes of the file. It is closed again before this returns, so an output may replace it.
+/// All bytes of the file, which is stdin for -. It is closed again before this returns, so an output may replace it.
 /// Throws Failure (CannotRead).
 std::string readFile(const std::string& name);
 

@@ -2,6 +2,10 @@
 
 namespace orva::program {
 
+bool isStream(const std::string& name) {
+    return name == "-";
+}
+
 std::filesystem::path pathOf(const std::string& utf8Name) {
     return {std::u8string(utf8Name.begin(), utf8Name.end())}; // from plain char, Windows would take its code page
 }

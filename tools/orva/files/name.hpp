@@ -8,6 +8,9 @@
 
 namespace orva::program {
 
+/// - is no file but stdin or stdout. (A file of that name is ./-.)
+bool isStream(const std::string& name);
+
 std::filesystem::path pathOf(const std::string& utf8Name);
 
 std::string nameOf(const std::filesystem::path& path);

@@ -1,6 +1,7 @@
 #include "measures/closedness.hpp"
 
 #include "measures/box_tree.hpp"
+#include "measures/forest.hpp"
 #include "mesh/shared_vertices.hpp"
 #include "mesh/vectors.hpp"
 
@@ -8,7 +9,6 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
-#include <numeric>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -110,6 +110,11 @@ std::vector<std::size_t> endsOf(const std::vector<Edge>& edges) {
     return ends;
 }
 
+// Of one of the ends among all of them.
+std::size_t placeOf(std::size_t end, const std::vector<std::size_t>& ends) {
+    return static_cast<std::size_t>(std::lower_bound(ends.begin(), ends.end(), end) - ends.begin());
+}
+
 BoxTree treeOfPoints(const std::vector<Vec3>& positions, const std::vector<std::size_t>& points) {
     std::vector<Box> boxes;
     boxes.reserve(points.size());
@@ -122,29 +127,18 @@ void weldEnds(std::vector<Edge>& edges, const std::vector<Vec3>& positions, doub
     const std::vector<std::size_t> ends = endsOf(edges);
     const BoxTree tree = treeOfPoints(positions, ends);
 
-    // A forest: each points to one that it is welded to, towards the lowest.
-    std::vector<std::size_t> welded(ends.size());
-    std::iota(welded.begin(), welded.end(), std::size_t{0});
-    const auto lowest = [&welded](std::size_t i) {
-        while (welded[i] != i) i = welded[i] = welded[welded[i]];
-        return i;
-    };
+    Forest welded(ends.size());
     for (std::size_t i = 0; i < ends.size(); ++i) {
         const Vec3& here = positions[ends[i]];
         visit(
             tree, [&](const Box& box) { return distanceToBox(box, here) <= tolerance; },
             [&](std::size_t j) {
                 if (j >= i || distance(here, positions[ends[j]]) > tolerance) return;
-                const std::size_t a = lowest(i);
-                const std::size_t b = lowest(j);
-                welded[std::max(a, b)] = std::min(a, b);
+                welded.join(i, j);
             });
     }
 
-    const auto weldedTo = [&](std::size_t end) {
-        const auto place = std::lower_bound(ends.begin(), ends.end(), end) - ends.begin();
-        return ends[lowest(static_cast<std::size_t>(place))];
-    };
+    const auto weldedTo = [&](std::size_t end) { return ends[welded.first(placeOf(end, ends))]; };
     for (Edge& edge : edges) edge = {weldedTo(edge.from), weldedTo(edge.to), edge.surplus};
     cancelMatches(edges);
 }
@@ -208,25 +202,52 @@ double largestGap(const std::vector<Edge>& edges, const std::vector<Vec3>& posit
     return largest;
 }
 
-} // namespace
-
-Closedness measureClosedness(const types::Mesh<double>& mesh, double tolerance) {
-    const SharedVertices shared = shareVertices(mesh);
-    std::vector<Edge> edges = edgesOf(shared);
+std::vector<Edge> unmatchedEdges(const SharedVertices& mesh, double tolerance) {
+    std::vector<Edge> edges = edgesOf(mesh);
 
     // note: nearly all edges match but for rounding, and are out of the way after the first round. Welding with the
     // whole tolerance at once would make chains out of vertices that lie dense, and find gaps of its own making at
     // their ends.
     constexpr double rounding = 1e-4; // of the tolerance
     for (const double reach : {rounding * tolerance, tolerance}) {
-        weldEnds(edges, shared.positions, reach);
-        splitEdges(edges, shared.positions, reach);
+        weldEnds(edges, mesh.positions, reach);
+        splitEdges(edges, mesh.positions, reach);
     }
+    return edges;
+}
 
+} // namespace
+
+Closedness measureClosedness(const types::Mesh<double>& mesh, double tolerance) {
+    return measureClosedness(shareVertices(mesh), tolerance);
+}
+
+Closedness measureClosedness(const SharedVertices& mesh, double tolerance) {
+    const std::vector<Edge> edges = unmatchedEdges(mesh, tolerance);
     Closedness result;
     for (const Edge& edge : edges) result.openEdges += static_cast<std::size_t>(std::abs(edge.surplus));
-    result.largestGap = largestGap(edges, shared.positions);
+    result.largestGap = largestGap(edges, mesh.positions);
     return result;
+}
+
+std::vector<Rim> findRims(const types::Mesh<double>& mesh, double tolerance) {
+    const SharedVertices shared = shareVertices(mesh);
+    const std::vector<Edge> edges = unmatchedEdges(shared, tolerance);
+    const std::vector<std::size_t> ends = endsOf(edges);
+    Forest groups(ends.size());
+    for (const Edge& edge : edges) groups.join(placeOf(edge.from, ends), placeOf(edge.to, ends));
+
+    std::vector<Rim> atFirst(ends.size());
+    for (const Edge& edge : edges) {
+        const bool forward = edge.surplus > 0;
+        atFirst[groups.first(placeOf(edge.from, ends))].push_back(
+            {shared.positions[forward ? edge.from : edge.to], shared.positions[forward ? edge.to : edge.from]});
+    }
+    std::vector<Rim> rims;
+    for (Rim& rim : atFirst) {
+        if (!rim.empty()) rims.push_back(std::move(rim));
+    }
+    return rims;
 }
 
 } // namespace orva::program

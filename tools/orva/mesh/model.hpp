@@ -16,6 +16,9 @@ struct Origin {
     std::uint32_t face = 0; ///< the place of the face in its file, from 0
 };
 
+/// Of a triangle that could not be told.
+inline constexpr Origin UNKNOWN_ORIGIN{0xFFFFFFFF, 0xFFFFFFFF};
+
 struct Model {
     types::Mesh<double> mesh;
 

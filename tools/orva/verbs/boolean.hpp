@@ -3,6 +3,8 @@
 #ifndef ORVA_PROGRAM_VERBS_BOOLEAN_HPP
 #define ORVA_PROGRAM_VERBS_BOOLEAN_HPP
 
+#include "verbs/options.hpp"
+
 #include "orva/types.hpp"
 
 #include <CLI/CLI.hpp>
@@ -18,15 +20,20 @@ struct Boolean {
 
     std::string verb;
     std::string text;    ///< one line for the help
-    std::string example; ///< a whole command
+    std::string example; ///< whole commands
     std::string first = "A";
     std::string second = "B";
-    bool many = false; ///< whether any number of meshes may stand in the second place
-    std::function<void(Mesh& output, const Mesh& first, const std::vector<Mesh>& others)> combine;
+    bool emptyWhenApart = false; ///< whether nothing is left of meshes that do not meet
+    std::function<void(Mesh& output, const Mesh& first, const std::vector<Mesh>& others, Run& run)> combine;
 };
 
 /// Gives the verb, for options of its own.
-CLI::App* addBoolean(CLI::App& app, const Boolean& boolean);
+CLI::App* addBoolean(CLI::App& app, Command& command, const Boolean& boolean);
+
+/// For `combine`, from an operation of two: ((first + others[0]) + others[1]) + ...
+void combineInTurn(void (*operation)(Boolean::Mesh& output, const Boolean::Mesh& a, const Boolean::Mesh& b),
+                   Boolean::Mesh& output, const Boolean::Mesh& first, const std::vector<Boolean::Mesh>& others,
+                   Run& run);
 
 } // namespace orva::program
 

@@ -1,5 +1,5 @@
-#include "formats/format.hpp"
 #include "mesh/vectors.hpp"
+#include "verbs/meshes.hpp"
 #include "verbs/verbs.hpp"
 
 #include <array>
@@ -13,36 +13,38 @@ namespace orva::program {
 namespace {
 
 struct Options {
+    CommonOptions common;
     std::string input;
-    std::string output;
     std::array<double, 3> move{};
 };
 
-void run(const Options& options) {
-    const Format& inputFormat = formatOf(options.input);
-    const Format& outputFormat = formatOf(options.output);
-    const OutputFile output = prepareOutput(options.output);
-    Notes notes;
-    Model model = readModel(inputFormat, options.input, notes);
+void convert(const Options& options, Run& run) {
+    const std::vector<Input> inputs = inputsOf({options.input}, options.common.from);
+    const Output output = outputOf(options.common, run.report);
+    Model model = std::move(readInputs(inputs, run).front());
     const types::Vec3 move{options.move[0], options.move[1], options.move[2]};
     for (types::Vertex& vertex : model.mesh.vertices) vertex.pos = vertex.pos + move;
-    writeModel(outputFormat, output, model, {}, notes);
+    writeOutput(output, model, run);
 }
 
 } // namespace
 
-void addConvert(CLI::App& app) {
+void addConvert(CLI::App& app, Command& command) {
     const auto options = std::make_shared<Options>(); // lives as long as the callback below
     CLI::App* verb = app.add_subcommand("convert", "The same mesh in another format, or in another place.");
-    verb->add_option("A", options->input, "mesh, .off or .stl")->required();
-    verb->add_option("-o,--output", options->output, "file for the result, replaced if it exists")->required();
+    verb->add_option("A", options->input, "mesh; - is stdin")->required()->type_name("FILE");
+    addOutput(*verb, options->common);
     verb->add_option("--move", options->move, "add this to every position")
         ->type_name("X Y Z")
         ->check([](const std::string& text) {
             return std::isfinite(std::strtod(text.c_str(), nullptr)) ? std::string() : text + " is not a finite number";
         });
-    verb->footer("Example:\n  orva convert scan.stl -o scan.off --move 0 0 -12.5");
-    verb->callback([options] { run(*options); });
+    addFrom(*verb, options->common);
+    addTo(*verb, options->common);
+    addReporting(*verb, options->common, "");
+    verb->footer("Example:\n  orva convert scan.stl -o scan.off --move 0 0 -12.5\n"
+                 "  orva convert - --from off -o - --to stl < scan.off > scan.stl");
+    setRun(*verb, command, options, convert);
 }
 
 } // namespace orva::program

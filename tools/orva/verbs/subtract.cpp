@@ -3,9 +3,6 @@
 
 #include "orva/bspcsg.hpp"
 
-#include <tbb/info.h>
-
-#include <cstdio>
 #include <memory>
 #include <string>
 
@@ -15,11 +12,12 @@ namespace {
 
 using Mesh = Boolean::Mesh;
 
-void subtract(Mesh& output, const Mesh& base, const std::vector<Mesh>& cutters, std::string mode) {
+void subtract(Mesh& output, const Mesh& base, const std::vector<Mesh>& cutters, std::string mode, Run& run) {
+    run.progress.show("subtracting");
     // The parallel union needs a thread of the scheduler besides ours, or it never returns; the same solid can be had
     // without.
-    if (mode == "parallel" && tbb::info::default_concurrency() < 2) {
-        std::fputs("orva: one processor only: merging the cutters in turn (--mode union)\n", stderr);
+    if (mode == "parallel" && run.threads < 2) {
+        run.report.warnings.push_back("--mode: one thread only: merging the cutters in turn, as with --mode union");
         mode = "union";
     }
     if (mode == "parallel") {
@@ -33,19 +31,17 @@ void subtract(Mesh& output, const Mesh& base, const std::vector<Mesh>& cutters, 
 
 } // namespace
 
-void addSubtract(CLI::App& app) {
+void addSubtract(CLI::App& app, Command& command) {
     const auto mode = std::make_shared<std::string>("sequential");
-    CLI::App* verb =
-        addBoolean(app, {.verb = "subtract",
-                         .text = "What lies in BASE but in no CUTTER.",
-                         .example = "orva subtract block.stl drill.stl -o part.stl\n"
-                                    "  orva subtract wall.off door.off window-*.off -o house.off --mode union",
-                         .first = "BASE",
-                         .second = "CUTTER",
-                         .many = true,
-                         .combine = [mode](Mesh& output, const Mesh& base, const std::vector<Mesh>& cutters) {
-                             subtract(output, base, cutters, *mode);
-                         }});
+    CLI::App* verb = addBoolean(app, command,
+                                {.verb = "subtract",
+                                 .text = "What lies in BASE but in no CUTTER.",
+                                 .example = "orva subtract block.stl drill.stl -o part.stl\n"
+                                            "  orva subtract wall.off door.off window-*.off -o house.off --mode union",
+                                 .first = "BASE",
+                                 .second = "CUTTER",
+                                 .combine = [mode](Mesh& output, const Mesh& base, const std::vector<Mesh>& cutters,
+                                                   Run& run) { subtract(output, base, cutters, *mode, run); }});
     verb->add_option("--mode", *mode,
                      "several cutters in turn (sequential), or as one union (union), merged on several processors "
                      "(parallel); all give the same solid")

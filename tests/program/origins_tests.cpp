@@ -1,0 +1,124 @@
+// --keep-faces: which face of which input each triangle of a result came from.
+#include "formats/off.hpp"
+#include "mesh/origins.hpp"
+#include "program.hpp"
+#include "report/report.hpp"
+#include "samples.hpp"
+
+#include "orva/bspcsg.hpp"
+
+#include <limits>
+
+namespace orva::program {
+namespace {
+
+Model boxModel(const Vec3& low, const Vec3& high) {
+    Model model;
+    model.mesh = box(low, high);
+    return model;
+}
+
+TEST(Origins, OfACutBox) {
+    Model block = boxModel({0, 0, 0}, {4, 4, 4});
+    Model drill = boxModel({1, 1, 2}, {2, 2, 5});
+    markFaces(block, 0);
+    markFaces(drill, 1);
+    Model result;
+    bspcsg::subtractMesh(result.mesh, block.mesh, drill.mesh);
+    const Shares shares = readOrigins(result, {12, 12});
+
+    ASSERT_EQ(result.origins.size(), countTriangles(result.mesh));
+    EXPECT_EQ(shares.unknown, 0U);
+    EXPECT_EQ(shares.inputs[0].triangles + shares.inputs[1].triangles, result.origins.size());
+    EXPECT_EQ(shares.inputs[0].faces, 12U);
+    EXPECT_EQ(shares.inputs[1].faces, 10U); // its top is outside
+    for (std::size_t i = 0; i < result.origins.size(); ++i) {
+        const Origin origin = result.origins[i];
+        // Every corner of the piece lies in the plane of the face that it names: a box's faces have one coordinate
+        // that is the same all over.
+        const Mesh& source = origin.mesh == 0 ? block.mesh : drill.mesh;
+        const types::Vertex* face = &source.vertices[3 * origin.face];
+        for (double Vec3::*axis : {&Vec3::x, &Vec3::y, &Vec3::z}) {
+            const double level = face[0].pos.*axis;
+            if (face[1].pos.*axis != level || face[2].pos.*axis != level) continue;
+            for (std::size_t k = 0; k < 3; ++k) EXPECT_EQ(result.mesh.vertices[3 * i + k].pos.*axis, level);
+        }
+    }
+    for (const types::Vertex& vertex : result.mesh.vertices) EXPECT_EQ(vertex.aux, (std::array<double, 2>{}));
+}
+
+TEST(Origins, FacesWithManyTriangles) {
+    Model model = boxModel({0, 0, 0}, {1, 1, 1});
+    EXPECT_EQ(countFaces(model), 12U);
+    model.faces = {0, 0, 1, 1, 2, 2, 3, 3, 4, 4, 5, 5};
+    model.hasTexture = true;
+    EXPECT_EQ(countFaces(model), 6U);
+    markFaces(model, 2);
+    EXPECT_FALSE(model.hasTexture);
+    const Shares shares = readOrigins(model, {0, 0, 6});
+    EXPECT_EQ(shares.inputs[2].triangles, 12U);
+    EXPECT_EQ(shares.inputs[2].faces, 6U);
+    EXPECT_EQ(model.origins[11].mesh, 2U);
+    EXPECT_EQ(model.origins[11].face, 5U);
+}
+
+TEST(Origins, MarksThatNameNoFace) {
+    constexpr double none = std::numeric_limits<double>::quiet_NaN();
+    for (const std::array<double, 2> mark : {std::array{2.0, 0.0},
+                                             {-1.0, 0.0},
+                                             {0.5, 0.0},
+                                             {none, 0.0},
+                                             {0.0, 12.0},
+                                             {0.0, -1.0},
+                                             {0.0, 0.5},
+                                             {0.0, none},
+                                             {0.0, 1e300}}) {
+        Model model = boxModel({0, 0, 0}, {1, 1, 1});
+        markFaces(model, 0);
+        for (std::size_t k = 0; k < 3; ++k) model.mesh.vertices[3 + k].aux = mark;
+        const Shares shares = readOrigins(model, {12, 12});
+        EXPECT_EQ(shares.unknown, 1U) << mark[0] << ' ' << mark[1];
+        EXPECT_EQ(shares.inputs[0].triangles, 11U);
+        EXPECT_EQ(model.origins[1].mesh, UNKNOWN_ORIGIN.mesh);
+    }
+    Model model = boxModel({0, 0, 0}, {1, 1, 1});
+    markFaces(model, 0);
+    model.mesh.vertices[4].aux[1] = 7; // one corner of another opinion
+    EXPECT_EQ(readOrigins(model, {12}).unknown, 1U);
+}
+
+class KeepFaces : public ProgramTest {
+protected:
+    const std::string a = file("a.off", boxFile({0, 0, 0}, {4, 4, 4}));
+    const std::string b = file("b.off", boxFile({1, 1, 2}, {2, 2, 5}));
+    const std::string out = file("out.off");
+};
+
+TEST_F(KeepFaces, AreCountedInJson) {
+    const Outcome run = orva({"subtract", a, b, "-o", out, "--keep-faces", "--json"});
+    ASSERT_EQ(run.exitCode, 0) << run.errors;
+    const Json json = Json::parse(run.output);
+    const Json& origins = json["output"]["origins"];
+    EXPECT_EQ(origins["unknown"], 0);
+    EXPECT_EQ(origins["inputs"].size(), 2U);
+    EXPECT_EQ(origins["inputs"][0]["faces"], 12);
+    EXPECT_EQ(origins["inputs"][0]["triangles"].get<int>() + origins["inputs"][1]["triangles"].get<int>(),
+              json["output"]["triangles"]);
+}
+
+TEST_F(KeepFaces, ChangeNothingElse) {
+    ASSERT_EQ(orva({"subtract", a, b, "-o", out}).exitCode, 0);
+    ASSERT_EQ(orva({"subtract", a, b, "-o", file("kept.off"), "--keep-faces"}).exitCode, 0);
+    EXPECT_EQ(contentOf(file("kept.off")), contentOf(out));
+}
+
+TEST_F(KeepFaces, InAFormatThatCannotHoldThem) {
+    const Outcome run = orva({"union", a, b, "-o", out, "--keep-faces"});
+    EXPECT_TRUE(run.errors.starts_with("orva: warning: " + out +
+                                       ": off cannot hold where faces came from; write .ply, "
+                                       "or see the counts in --json\norva: union: "))
+        << run.errors;
+}
+
+} // namespace
+} // namespace orva::program

@@ -1,0 +1,117 @@
+#include "measures/closedness.hpp"
+#include "measures/fitness.hpp"
+#include "verbs/meshes.hpp"
+#include "verbs/verbs.hpp"
+
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+namespace orva::program {
+
+namespace {
+
+struct Options {
+    CommonOptions common;
+    std::vector<std::string> inputs;
+};
+
+template <typename... Values> std::string format(const char* pattern, Values... values) {
+    std::array<char, 256> text; // far more than the numbers below can take
+    std::snprintf(text.data(), text.size(), pattern, values...);
+    return text.data();
+}
+
+std::string counted(std::size_t count, const std::string& one, const std::string& many) {
+    return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+std::string textOf(const std::string& file, const Fitness& fitness) {
+    const Notes wrong = complaints(fitness);
+    const Notes worthKnowing = remarks(fitness);
+    std::string text = file + ": " + (wrong.empty() ? "fit" : "unfit") + "\n";
+    text += format("  triangles  %zu in ", fitness.triangles) + counted(fitness.parts, "part", "parts") +
+            format("; %zu without area, %zu narrower than %g, %zu double\n", fitness.degenerate, fitness.thin,
+                   TOLERANCE, fitness.duplicates);
+    text +=
+        format("  edges      %zu boundary, %zu non-manifold, %zu flipped; %zu open within %g", fitness.boundaryEdges,
+               fitness.nonManifoldEdges, fitness.flippedEdges, fitness.openEdges, CLOSING_TOLERANCE);
+    text += fitness.openEdges > 0 ? format(", gaps up to %.2g\n", fitness.largestGap) : "\n";
+    text += format("  volume     %.10g\n  area       %.10g\n", fitness.volume, fitness.area);
+    const types::Vec3& low = fitness.box.low;
+    const types::Vec3& high = fitness.box.high;
+    text +=
+        format("  box        %.10g %.10g %.10g to %.10g %.10g %.10g\n", low.x, low.y, low.z, high.x, high.y, high.z);
+    for (const std::string& line : wrong) text += "  unfit:     " + line + "\n";
+    for (const std::string& line : worthKnowing) text += "  note:      " + line + "\n";
+    return text;
+}
+
+Json jsonOf(const types::Vec3& v) {
+    return Json::array({v.x, v.y, v.z});
+}
+
+Json jsonOf(const Input& input, const Fitness& fitness) {
+    const Notes wrong = complaints(fitness);
+    return {{"file", input.file},
+            {"format", input.format->name},
+            {"fit", wrong.empty()},
+            {"complaints", wrong},
+            {"remarks", remarks(fitness)},
+            {"triangles", fitness.triangles},
+            {"parts", fitness.parts},
+            {"inside_out_parts", fitness.insideOutParts},
+            {"degenerate_triangles", fitness.degenerate},
+            {"thin_triangles", fitness.thin},
+            {"duplicate_triangles", fitness.duplicates},
+            {"boundary_edges", fitness.boundaryEdges},
+            {"non_manifold_edges", fitness.nonManifoldEdges},
+            {"flipped_edges", fitness.flippedEdges},
+            {"open_edges", fitness.openEdges},
+            {"largest_gap", fitness.largestGap},
+            {"volume", fitness.volume},
+            {"area", fitness.area},
+            {"box", {{"low", jsonOf(fitness.box.low)}, {"high", jsonOf(fitness.box.high)}}}};
+}
+
+// One at a time, so that the largest alone decides how much memory is needed. A file that cannot be read stops no
+// other.
+void check(const Options& options, Run& run) {
+    const std::vector<Input> inputs = inputsOf(options.inputs, options.common.from);
+    Report& report = run.report;
+    Json& checked = report.members["inputs"] = Json::array();
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+        const Input& input = inputs[i];
+        run.progress.show("checking " + input.file, i, inputs.size());
+        try {
+            const Model model = readInput(input, run);
+            const Fitness fitness = measureFitness(model.mesh);
+            checked.push_back(jsonOf(input, fitness));
+            if (!options.common.quiet) report.text += textOf(input.file, fitness);
+            if (report.code == ExitCode::Done && !complaints(fitness).empty()) report.code = ExitCode::Unfit;
+        } catch (const Failure& failure) {
+            checked.push_back({{"file", input.file}, {"format", input.format->name}, {"error", jsonOf(failure)}});
+            report.errors.emplace_back(failure.what());
+            report.code = failure.code;
+        }
+    }
+}
+
+} // namespace
+
+void addCheck(CLI::App& app, Command& command) {
+    const auto options = std::make_shared<Options>(); // lives as long as the callback below
+    CLI::App* verb = app.add_subcommand("check", "Whether meshes are fit for a boolean, and if not, why.");
+    verb->add_option("A", options->inputs, "meshes; - is stdin")->required()->type_name("FILE");
+    addFrom(*verb, options->common);
+    addReporting(*verb, options->common, "");
+    verb->footer("Example:\n  orva check scan.stl\n"
+                 "  orva check -q part.off && orva subtract part.off drill.off -o drilled.off\n\n"
+                 "The exit code is 0 if all are fit, 4 if one is not, 3 if one cannot be read; with --quiet that is "
+                 "all. Fit is a mesh that is closed, faces outward, has no triangle twice or without area, and is of "
+                 "a size for which the tolerance of 1e-6 is fine. Whether it crosses itself is not looked at.");
+    setRun(*verb, command, options, check);
+}
+
+} // namespace orva::program
