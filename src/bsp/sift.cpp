@@ -271,7 +271,6 @@ void Sifter::divideSlots(Division& division, const Part& part, Parts& parts) {
     Slot* const slots = slots_.data() + part.begin;
     Slot* front = ahead_.data();
     Slot* back = slots;
-    const std::uint32_t backStep = division.rules.dropBack ? 0 : 1;
     std::uint32_t i = 0;
     if (division.rules.keepFirst) kept_.push_back(slots[i++]);
     for (; i < part.count; ++i) {
@@ -284,15 +283,14 @@ void Sifter::divideSlots(Division& division, const Part& part, Parts& parts) {
             *front = slot;
             *back = slot;
             front += isFront;
-            back += isBack & backStep;
+            back += isBack;
             continue;
         }
         const PolygonSide side = sideOf(division, slot.polygon);
         if (side == PolygonSide::Front) {
             *front++ = slot;
         } else if (side == PolygonSide::Back) {
-            *back = slot;
-            back += backStep;
+            *back++ = slot;
         } else if (side == PolygonSide::Coplanar) {
             kept_.push_back(slot);
         } else {
@@ -300,6 +298,9 @@ void Sifter::divideSlots(Division& division, const Part& part, Parts& parts) {
             if (pieces.front != NONE) *front++ = {bound(pool_[pieces.front]), slot.rank, pieces.front};
             if (pieces.back != NONE) *back++ = {bound(pool_[pieces.back]), slot.rank, pieces.back};
         }
+    }
+    if (division.rules.dropBack) { // at once: what is cut next takes the memory
+        while (back != slots) pool_[(--back)->polygon].vertices = {};
     }
     parts.back.begin = part.begin;
     parts.back.count = static_cast<std::uint32_t>(back - slots);
