@@ -9,11 +9,6 @@
 #include <cstdio>
 #include <cstdlib>
 
-#if defined(_WIN32)
-#include <fcntl.h>
-#include <io.h>
-#endif
-
 namespace {
 
 using Mesh = orva::types::Mesh<double>;
@@ -68,10 +63,6 @@ Mesh result(std::uint32_t operation, std::vector<Mesh> inputs) {
 } // namespace
 
 int main() {
-#if defined(_WIN32)
-    _setmode(_fileno(stdin), _O_BINARY);
-    _setmode(_fileno(stdout), _O_BINARY);
-#endif
     std::uint32_t operation = 0;
     while (read(&operation, sizeof operation, 1)) {
         std::vector<Mesh> inputs(number());

@@ -34,9 +34,10 @@ taken: floats, integers up to 2**53, lists of them, in any byte order and memory
 
 ========================  =============================================================================================
 ``TypeError``             values that are no real numbers (complex, bool, object, masked), faces that are no integers
-``ValueError``            another shape than above, an integer beyond 2**53, a face that names a vertex that is not there
+``ValueError``            another shape than above, a number that double precision does not hold (an integer beyond 2**53,
+                          say), a face that names a vertex that is not there, more than 2**31 - 1 corners in one mesh
 ``MemoryError``           memory ran out
-``OverflowError``         a list outgrew what the library can count: 2**31 corners of one mesh, for instance
+``OverflowError``         a list outgrew what the library can count: 2**31 corners of a result, for instance
 ``RuntimeError``          anything else that the library or its task scheduler throws
 ========================  =============================================================================================
 
@@ -44,8 +45,9 @@ taken: floats, integers up to 2**53, lists of them, in any byte order and memory
 call, the C library ends the process.
 
 **Threads and processes.** Any number of calls at once; the GIL is free while the library computes, so nothing may write into the
-arrays meanwhile. Each call shares its work with one pool of threads, as many as there are processors. Start worker processes by
-"spawn" or "forkserver" rather than by "fork", which leaves the threads of that pool behind in the parent.
+arrays meanwhile. A call cannot be interrupted: Ctrl-C waits for its end. Each call shares its work with one pool of threads, as
+many as there are processors. Start worker processes by "spawn" or "forkserver" rather than by "fork", which leaves the threads of
+that pool behind in the parent.
 """
 
 from __future__ import annotations
