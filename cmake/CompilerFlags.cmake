@@ -3,8 +3,9 @@
 
 add_library(orva_arithmetic INTERFACE)
 if(MSVC)
-  # /fp:precise does not contract; /EHs because exceptions pass through our extern "C" functions, which /EHsc assumes away.
-  target_compile_options(orva_arithmetic INTERFACE /fp:precise /EHs)
+  # /fp:precise does not contract. Exceptions pass through our extern "C" functions, which /EHsc, among CMake's own flags, assumes
+  # away; note: /EHs behind it would not take that back, /EHsc- does.
+  target_compile_options(orva_arithmetic INTERFACE /fp:precise /EHsc-)
 else()
   # No fused multiply-add (Clang's default contracts), no fast-math, no -march beyond x86-64's SSE2: the same bits everywhere.
   # No code in this project calls sqrt where bits count: MinGW's rounds twice, and at -O0 even -fno-math-errno does not replace it.

@@ -9,7 +9,8 @@ namespace orva::bspcsg {
 
 namespace {
 
-constexpr Bounds NOWHERE{{NAN, NAN, NAN}, {NAN, NAN, NAN}};
+constexpr float UNKNOWN = std::numeric_limits<float>::quiet_NaN(); // NAN need not be a constant expression
+constexpr Bounds NOWHERE{{UNKNOWN, UNKNOWN, UNKNOWN}, {UNKNOWN, UNKNOWN, UNKNOWN}};
 
 // Coordinates beyond this have no box: far enough inside the range of floats for every sum of products here.
 constexpr double FARTHEST = 1e30;
@@ -96,7 +97,7 @@ struct Sifter::Division {
         const double height = signedDistance(p, origin);
         offset = static_cast<float>(height);
         const double rounding = 1e-14 * (far + reach + std::abs(p.w));
-        limit = NAN;
+        limit = UNKNOWN;
         if (isAboutUnit(n) && std::abs(height) < FARTHEST) {
             limit = outward(EPSILON + 0x1p-16 * (reach + std::abs(height)) + rounding);
         }
@@ -648,8 +649,8 @@ void Sifter::findBounds(Entry& entry, std::uint32_t lane, const Entry& below) co
             least = std::min(least, low[row][i]);
             most = std::max(most, high[row][i]);
         }
-        middles[lane] = known ? (least + most) / 2 : NAN;
-        extents[lane] = known ? (most - least) / 2 + margin : NAN;
+        middles[lane] = known ? (least + most) / 2 : UNKNOWN;
+        extents[lane] = known ? (most - least) / 2 + margin : UNKNOWN;
     };
     for (std::size_t k = 0; k < 3; ++k) set(entry.middle[k], entry.half[k], k);
     set(entry.slabMiddle, entry.slabHalf, 3);
