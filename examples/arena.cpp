@@ -1,6 +1,5 @@
-// Choosing a TBB arena: a call shares its work with the arena that it is made in, so an arena decides how many threads
-// may help. Here a host lets the library have two threads and keeps all others to itself; the result is the same, bit
-// for bit.
+// Choosing a TBB arena: a call shares its work with the arena that it is made in, which limits the threads that help.
+// Here a host lets the library have two threads and keeps the others; the result is the same, bit for bit.
 #include "box.hpp"
 
 #include <orva/bspcsg.hpp>

@@ -1,6 +1,5 @@
-// Telling faces apart: an aux that is the same at all three corners of a triangle marks every piece that it is cut
-// into. Here it says which part a triangle comes from and which face of that part; the result is asked for the area of
-// each.
+// Telling faces apart: an aux that is equal at a triangle's three corners marks every piece that it is cut into.
+// Here it says which face of which part a triangle belongs to; the result is asked for the area of each.
 #include "box.hpp"
 
 #include <orva/bspcsg.hpp>
@@ -16,7 +15,10 @@ using Mark = std::array<double, 2>; // part, face
 
 // The box's faces, two triangles each: 0 and 1 below and above, 2 and 3 in front and behind, 4 and 5 left and right.
 Mesh marked(Mesh mesh, double part) {
-    for (std::size_t i = 0; i < mesh.vertices.size(); ++i) mesh.vertices[i].aux = {part, static_cast<double>(i / 6)};
+    for (std::size_t i = 0; i < mesh.vertices.size(); ++i) {
+        const std::size_t face = i / 6;
+        mesh.vertices[i].aux = {part, static_cast<double>(face)};
+    }
     return mesh;
 }
 

@@ -1,4 +1,4 @@
-// Catching out-of-memory: a call that cannot get what it needs throws std::bad_alloc, and gives back all that it took.
+// Catching out-of-memory: a call that cannot get what it needs throws std::bad_alloc, and gives back all it took.
 // The address space is used up first; the call then fails, and with the space given back it succeeds.
 #include "box.hpp"
 

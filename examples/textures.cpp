@@ -1,5 +1,5 @@
-// Carrying texture coordinates: each corner's aux is a place in the texture, and stays right where triangles are cut.
-// The texture of this tabletop runs with x and y; a hole is cut, and every corner that is left still has its own place.
+// Carrying texture coordinates: a corner's aux is its place in the texture, and stays right where triangles are cut.
+// A hole is cut into a tabletop whose texture runs with x and y; every corner that is left still has its own place.
 #include "box.hpp"
 
 #include <orva/bspcsg.hpp>

@@ -1,6 +1,5 @@
-// Calling from many threads: meshes that nobody changes may be shared, results are each thread's own, and no lock is
-// needed. Eight threads cut the same block with drills of their own; each gets, bit for bit, what it would have got
-// alone.
+// Calling from many threads: meshes that nobody changes may be shared, results are each thread's own, without a lock.
+// Eight threads cut one block with drills of their own; each gets, bit for bit, what it would have got alone.
 #include "box.hpp"
 
 #include <orva/bspcsg.hpp>

@@ -34,9 +34,9 @@
 ///
 /// `output` may be one of the inputs: they are read before it is written.
 ///
-/// Thrown, and nothing leaks: std::bad_alloc ("bad allocation") when memory runs out; std::length_error ("vector too
-/// long", "deque<T> too long") when a list outgrows what can be counted, 2^31 vertices of one mesh for instance; what
-/// the task scheduler throws. The output is then as it was, unless appending to it was what failed.
+/// Thrown, and nothing leaks: std::bad_alloc ("bad allocation") when memory runs out; std::length_error
+/// ("vector too long", "deque<T> too long") when a list outgrows what can be counted, 2^31 vertices of one mesh for
+/// instance; what the task scheduler throws. The output is then as it was, unless appending to it was what failed.
 ///
 /// Threads: any number of calls at once, on meshes that nobody changes meanwhile. A call runs on the caller's thread
 /// and shares its clipping with the task scheduler's default arena; it starts no thread of its own.
@@ -61,11 +61,12 @@ ORVA_API void subtractMesh(types::Mesh<double>& output, const types::Mesh<double
 /// Appends to `output` the boundary of what lies in both a and b.
 ORVA_API void intersectMesh(types::Mesh<double>& output, const types::Mesh<double>& a, const types::Mesh<double>& b);
 
-// ---- One base, many cutters ----
-//
-// Without cutters the output stays as it is, not even the base is appended. A single cutter without a whole triangle
-// empties the result, like any empty operand: leave such cutters out. Which of the three to choose:
-// docs/many-cutters.md.
+/// @defgroup cutters One base, many cutters
+///
+/// Without cutters the output stays as it is, not even the base is appended. A single cutter without a whole triangle
+/// empties the result, like any empty operand: leave such cutters out. Which of the three to choose:
+/// docs/many-cutters.md.
+/// @{
 
 /// Appends ((base - c0) - c1) - ..., the cutters taken out one after another in list order. The order decides how the
 /// surface is cut, not which solid it bounds.
@@ -89,6 +90,7 @@ ORVA_API void subtractMultiUnionMesh(types::Mesh<double>& output, const types::M
 ///  - While it waits it does not sleep: it yields its thread and asks again.
 ORVA_API void subtractMultiUnionMeshParallel(types::Mesh<double>& output, const types::Mesh<double>& base,
                                              const std::vector<types::Mesh<double>>& cutters);
+/// @}
 
 } // namespace orva::bspcsg
 

@@ -71,7 +71,8 @@ typedef struct MeshF {
     VertexF* vertices;
 } MeshF;
 
-/* ---- Records ---- */
+/** @name Records */
+/** @{ */
 
 /**
  * A new record with room for n vertices, their values not set; for n = 0 with `vertices` null. Null when n is negative.
@@ -94,13 +95,15 @@ ORVA_API void orva_meshf_destroy(MeshF* mesh);
 ORVA_API VertexF* orva_meshf_alloc_vertices(int32_t n);
 ORVA_API void orva_meshf_free_vertices(VertexF* vertices);
 
-/* ---- Two meshes ----
+/** @} */
+/** @name Two meshes
  *
  * Each reads a and b and then writes a new array and its count into `output`, without releasing what `output->vertices`
  * held before: clear it first (orva_meshd_free_vertices), or that array is lost. `output` may be a or b. An empty
  * result is count 0 and vertices null. With a null output, a or b nothing is written. A record with count below 1 or
  * vertices null is an empty mesh, and an empty operand empties every result.
  */
+/** @{ */
 
 /** output = what lies in a, in b, or in both. */
 ORVA_API void orva_bspcsg_union_mesh(MeshD* output, const MeshD* a, const MeshD* b);
@@ -111,11 +114,13 @@ ORVA_API void orva_bspcsg_subtract_mesh(MeshD* output, const MeshD* a, const Mes
 /** output = what lies in both a and b. */
 ORVA_API void orva_bspcsg_intersect_mesh(MeshD* output, const MeshD* a, const MeshD* b);
 
-/* ---- One base, many cutters ----
+/** @} */
+/** @name One base, many cutters
  *
  * `cutters` is an array of `cutter_count` records, one behind the other. With a null output, base or array, or a count
  * below 1, nothing is written. An empty cutter empties the result. Writing and ownership as above.
  */
+/** @{ */
 
 /** output = ((base - cutters[0]) - cutters[1]) - ... */
 ORVA_API void orva_bspcsg_subtract_multi_mesh(MeshD* output, const MeshD* base, const MeshD* cutters,
@@ -132,6 +137,7 @@ ORVA_API void orva_bspcsg_subtract_multi_union_mesh(MeshD* output, const MeshD* 
  */
 ORVA_API void orva_bspcsg_subtract_multi_union_mesh_parallel(MeshD* output, const MeshD* base, const MeshD* cutters,
                                                              int32_t cutter_count);
+/** @} */
 
 #ifdef __cplusplus
 }
