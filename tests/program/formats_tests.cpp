@@ -175,7 +175,7 @@ TEST_F(FormatFile, NumbersBeyondADoubleAreNotWritten) {
         const std::string name = file("out.ply");
         Notes notes;
         try {
-            writeModel(formatOf(name), prepareOutput(name), model, {}, notes);
+            writeModel(formatOf(name), prepareOutput(name, false), model, {}, notes);
             FAIL();
         } catch (const Failure& failure) {
             EXPECT_EQ(failure.what(),

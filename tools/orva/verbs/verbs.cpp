@@ -32,6 +32,8 @@ void addVerbs(CLI::App& app, Command& command) {
     addConvert(app, command);
     addRender(app, command);
     addBatch(app, command);
+    addMan(app, command);
+    addCompletion(app, command);
 }
 
 void parse(CLI::App& app, std::vector<std::string> arguments) {

@@ -19,6 +19,8 @@ void addCheck(CLI::App& app, Command& command);
 void addConvert(CLI::App& app, Command& command);
 void addRender(CLI::App& app, Command& command);
 void addBatch(CLI::App& app, Command& command);
+void addMan(CLI::App& app, Command& command);
+void addCompletion(CLI::App& app, Command& command);
 
 /// All of them. The one that is parsed leaves in `command` what there is to do.
 void addVerbs(CLI::App& app, Command& command);
