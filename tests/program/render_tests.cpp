@@ -209,6 +209,14 @@ TEST_F(RenderVerb, TrianglesWithoutAreaAreNotSeen) {
     EXPECT_EQ(render({line}), background);
 }
 
+TEST_F(RenderVerb, NeedleSeenFromItsPoint) {
+    const std::string needle = file("needle.off", boxFile({0, 0, 0}, {1e-200, 1e-200, 1}));
+    const std::string nothing = file("nothing.off", "OFF\n0 0 0\n");
+    ASSERT_EQ(orva({"render", nothing, "-o", picture, "--size", "160x120", "-q"}).exitCode, 0);
+    const std::string background = contentOf(picture);
+    EXPECT_EQ(render({needle}, {"--view", "top"}), background);
+}
+
 // ---- what is refused ----
 
 TEST_F(RenderVerb, PictureThatExistsIsKeptUnlessForced) {

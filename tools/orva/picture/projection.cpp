@@ -14,6 +14,9 @@ using types::Vec3;
 
 constexpr double filled = 0.88; // of the picture, the rest is margin
 
+// In pixels. A needle seen from its point is not made any larger than that: depths are single precision.
+constexpr double deepest = 1e6;
+
 // In pixels. What is narrower faces anywhere, by rounding; its neighbours overlap by as much.
 constexpr double narrowest = 0.01;
 
@@ -62,7 +65,8 @@ Projection::Projection(const std::vector<types::Mesh<double>>& meshes, const Vie
     middle = 0.5 * (low + high);
     const double perX = static_cast<double>(width) / (high.x - low.x);
     const double perY = static_cast<double>(height) / (high.y - low.y);
-    scale = filled * std::min(perX, perY);
+    const double perZ = deepest / (high.z - low.z);
+    scale = filled * std::min({perX, perY, perZ});
     if (!std::isfinite(scale)) scale = 1.0; // a point, which no scale makes visible
 }
 
