@@ -86,6 +86,18 @@ TEST_F(RenderVerb, SeveralMeshesHaveTheirColors) {
     expectStored("colors", render(files, {"--colors", "d43,#3d4,3344DD"})); // and on with the usual ones
 }
 
+TEST_F(RenderVerb, ResultThatKnowsItsSourcesHasTheirColors) {
+    const std::string block = file("block.off", boxFile({0, 0, 0}, {2, 2, 2}));
+    const std::string cutter = file("cutter.off", boxFile({1, -1, 1}, {3, 3, 3}));
+    const std::string plain = file("plain.ply");
+    const std::string marked = file("marked.ply");
+    ASSERT_EQ(orva({"subtract", block, cutter, "-o", plain}).exitCode, 0);
+    ASSERT_EQ(orva({"subtract", block, cutter, "-o", marked, "--keep-faces"}).exitCode, 0);
+    const std::string one = render({plain}, {"--edges", "none", "--colors", "AA3322,22AA33"});
+    EXPECT_NE(render({marked}, {"--edges", "none", "--colors", "AA3322,22AA33"}), one);
+    EXPECT_EQ(render({marked}, {"--edges", "none", "--colors", "AA3322,AA3322"}), one);
+}
+
 TEST_F(RenderVerb, OpenMeshShowsItsInsideAndItsRim) {
     expectStored("open", render({file("open.off", fileOf(openBox()))}));
 }

@@ -43,11 +43,27 @@ float openingOf(const std::vector<ScreenLine>& rim) {
     return 0.5F * std::sqrt(twice.x * twice.x + twice.y * twice.y + twice.z * twice.z);
 }
 
+types::Mesh<double> joined(const Solid& solid) {
+    types::Mesh<double> whole;
+    for (const auto& mesh : solid) {
+        const std::size_t triangles = mesh.vertices.size() / 3;
+        whole.vertices.insert(whole.vertices.end(), mesh.vertices.begin(),
+                              mesh.vertices.begin() + static_cast<std::ptrdiff_t>(3 * triangles));
+    }
+    return whole;
+}
+
+std::vector<types::Mesh<double>> meshesOf(const std::vector<Solid>& solids) {
+    std::vector<types::Mesh<double>> meshes;
+    for (const Solid& solid : solids) meshes.insert(meshes.end(), solid.begin(), solid.end());
+    return meshes;
+}
+
 // note: cuts leave slits that are far thinner than a line. They are left out.
-std::vector<ScreenLine> rimsOf(const std::vector<types::Mesh<double>>& meshes, const Projection& projection) {
+std::vector<ScreenLine> rimsOf(const std::vector<Solid>& solids, const Projection& projection) {
     std::vector<ScreenLine> lines;
-    for (const auto& mesh : meshes) {
-        for (const Rim& rim : findRims(mesh, CLOSING_TOLERANCE)) {
+    for (const Solid& solid : solids) {
+        for (const Rim& rim : findRims(joined(solid), CLOSING_TOLERANCE)) {
             std::vector<ScreenLine> projected;
             for (const auto& [from, to] : rim) projected.push_back({projection(from), projection(to)});
             constexpr float smallest = 2.0F;
@@ -59,14 +75,14 @@ std::vector<ScreenLine> rimsOf(const std::vector<types::Mesh<double>>& meshes, c
 
 class Painter {
 public:
-    Painter(const std::vector<types::Mesh<double>>& meshes, const RenderOptions& of)
+    Painter(const std::vector<Solid>& solids, const std::vector<types::Mesh<double>>& meshes, const RenderOptions& of)
         : options(of), projection(meshes, of.view, of.width, of.height),
           triangles(projection.project(meshes)), image{of.width, of.height,
                                                        std::vector<std::uint8_t>(4 * of.width * of.height)} {
         for (std::size_t mesh = 0; mesh < meshes.size(); ++mesh) {
             colors.push_back(lightOf(mesh < options.colors.size() ? options.colors[mesh] : paletteColor(mesh)));
         }
-        if (options.lines != Lines::None) rims = rimsOf(meshes, projection);
+        if (options.lines != Lines::None) rims = rimsOf(solids, projection);
         sortIntoBands();
     }
 
@@ -201,8 +217,8 @@ private:
 
 } // namespace
 
-Image render(const std::vector<types::Mesh<double>>& meshes, const RenderOptions& options) {
-    return Painter(meshes, options).paintAll();
+Image render(const std::vector<Solid>& solids, const RenderOptions& options) {
+    return Painter(solids, meshesOf(solids), options).paintAll();
 }
 
 } // namespace orva::program

@@ -33,9 +33,13 @@ struct RenderOptions {
     Background background;
 };
 
-/// The meshes, which fill the picture but for a margin. One sees from outside in the mesh's colour, from inside in that
-/// of a warning; rims of open surfaces are marked in another one. Coordinates are finite.
-Image render(const std::vector<types::Mesh<double>>& meshes, const RenderOptions& options);
+/// A solid: one mesh, or several that close together.
+using Solid = std::vector<types::Mesh<double>>;
+
+/// The solids, which fill the picture but for a margin. Every mesh has a colour, in turn; one sees it in that from
+/// outside, from inside in that of a warning. Rims of solids that are open are marked in another one. Coordinates are
+/// finite.
+Image render(const std::vector<Solid>& solids, const RenderOptions& options);
 
 } // namespace orva::program
 

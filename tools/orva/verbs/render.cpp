@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -114,21 +116,35 @@ OutputFile preparePicture(const CommonOptions& options) {
     return prepareOutput(options.output, options.force);
 }
 
+// Of a model that knows where its faces came from, each source is a mesh.
+Solid solidOf(Model& model) {
+    if (model.origins.empty()) return {std::move(model.mesh)};
+    std::map<std::uint32_t, types::Mesh<double>> sources; // in their order; what is unknown comes last
+    for (std::size_t i = 0; i < model.origins.size(); ++i) {
+        std::vector<types::Vertex>& vertices = sources[model.origins[i].mesh].vertices;
+        for (std::size_t k = 0; k < 3; ++k) vertices.push_back(model.mesh.vertices[3 * i + k]);
+    }
+    Solid solid;
+    for (auto& [source, mesh] : sources) solid.push_back(std::move(mesh));
+    return solid;
+}
+
 void render(const Options& options, Run& run) {
     const std::vector<Input> inputs = inputsOf(options.inputs, options.common.from);
     const OutputFile output = preparePicture(options.common);
-    std::vector<types::Mesh<double>> meshes;
-    for (Model& model : readInputs(inputs, run)) meshes.push_back(std::move(model.mesh));
-    for (std::size_t i = 0; i < meshes.size(); ++i) {
-        if (meshes[i].vertices.empty()) {
+    std::vector<Solid> solids;
+    std::vector<Model> models = readInputs(inputs, run);
+    for (std::size_t i = 0; i < models.size(); ++i) {
+        if (models[i].mesh.vertices.empty()) {
             run.report.warnings.push_back(inputs[i].file +
                                           ": it has no triangles, so nothing of it is seen; check that "
                                           "the right thing was exported");
         }
+        solids.push_back(solidOf(models[i]));
     }
 
     run.progress.show("rendering");
-    const Image image = render(meshes, renderOptionsOf(options));
+    const Image image = render(solids, renderOptionsOf(options));
     run.progress.show("writing " + output.name);
     writeFile(output, pngOf(image));
     run.report.members["output"] = {
@@ -161,7 +177,8 @@ void addRender(CLI::App& app, Command& command) {
         ->check(CLI::IsMember({"none", "feature", "all"}))
         ->type_name("WHICH")
         ->capture_default_str();
-    verb->add_option("--colors", options->colors, "for the meshes in turn, instead of the usual ones")
+    verb->add_option("--colors", options->colors,
+                     "for the meshes in turn, or the sources of one, instead of the usual ones")
         ->check(checkColors)
         ->type_name("RRGGBB,...");
     verb->add_option("--background", options->background, "one colour, or transparent; without, a light grey")
@@ -173,7 +190,8 @@ void addRender(CLI::App& app, Command& command) {
     verb->footer("Example:\n  orva render part.off -o part.png\n"
                  "  orva render wall.off window.off -o plan.png --view front --size 1600x600\n"
                  "  orva render scan.stl -o scan.png --up y --view 20,15 --background transparent\n\n"
-                 "Where a surface is seen from inside, because it is open or inside out, it is purple; rims of open "
+                 "A result that was written with --keep-faces has a colour for each mesh that went into it. Where a "
+                 "surface is seen from inside, because it is open or inside out, it is purple; rims of open "
                  "surfaces are red. Booleans cut faces into many triangles; those cuts are no lines of the shape.");
     setRun(*verb, command, options, render);
 }
