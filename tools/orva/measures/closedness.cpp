@@ -219,11 +219,14 @@ std::vector<Edge> unmatchedEdges(const SharedVertices& mesh, double tolerance) {
 } // namespace
 
 Closedness measureClosedness(const types::Mesh<double>& mesh, double tolerance) {
-    const SharedVertices shared = shareVertices(mesh);
-    const std::vector<Edge> edges = unmatchedEdges(shared, tolerance);
+    return measureClosedness(shareVertices(mesh), tolerance);
+}
+
+Closedness measureClosedness(const SharedVertices& mesh, double tolerance) {
+    const std::vector<Edge> edges = unmatchedEdges(mesh, tolerance);
     Closedness result;
     for (const Edge& edge : edges) result.openEdges += static_cast<std::size_t>(std::abs(edge.surplus));
-    result.largestGap = largestGap(edges, shared.positions);
+    result.largestGap = largestGap(edges, mesh.positions);
     return result;
 }
 

@@ -8,6 +8,7 @@
 #ifndef ORVA_PROGRAM_MEASURES_CLOSEDNESS_HPP
 #define ORVA_PROGRAM_MEASURES_CLOSEDNESS_HPP
 
+#include "mesh/shared_vertices.hpp"
 #include "orva/types.hpp"
 
 #include <array>
@@ -31,6 +32,7 @@ struct Closedness {
 
 /// In n log n for n triangles, unless a good part of them is smaller than the tolerance. Coordinates are finite.
 Closedness measureClosedness(const types::Mesh<double>& mesh, double tolerance);
+Closedness measureClosedness(const SharedVertices& mesh, double tolerance);
 
 /// Pieces of edges without a match that hang together, each from a place to another, with the surface on their left.
 using Rim = std::vector<std::array<types::Vec3, 2>>;

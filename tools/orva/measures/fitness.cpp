@@ -276,7 +276,7 @@ Fitness measureFitness(const types::Mesh<double>& mesh) {
     if (matched) {
         fitness.insideOutParts = countInsideOut(shared, parts, middleOf(fitness.box));
     } else {
-        const Closedness closedness = measureClosedness(mesh, CLOSING_TOLERANCE);
+        const Closedness closedness = measureClosedness(shared, CLOSING_TOLERANCE);
         fitness.openEdges = closedness.openEdges;
         fitness.largestGap = closedness.largestGap;
     }

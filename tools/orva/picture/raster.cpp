@@ -13,6 +13,9 @@ namespace {
 // cover them.
 constexpr double overlap = 0.01;
 
+// In pixels. Faces of two meshes in one plane differ by rounding alone, here and there one way or the other.
+constexpr float equallyNear = 0.02F;
+
 // The first sample at or after a place, the last one at or before it: samples lie in the middle of their cells.
 double firstFrom(double place, double perPixel) {
     return std::ceil(place * perPixel - 0.5);
@@ -93,7 +96,7 @@ void paint(Samples& samples, const ScreenTriangle& triangle, std::uint32_t index
         for (std::size_t i = 0; i < count; ++i) {
             const double x = (first + static_cast<double>(i) + 0.5) / perPixel;
             const auto depth = static_cast<float>(std::clamp(rowDepth + slopeX * (x - a.x), farthest, nearest));
-            if (!(depth > samples.depths[begin + i])) continue;
+            if (!(depth > samples.depths[begin + i] + equallyNear)) continue;
             samples.depths[begin + i] = depth;
             samples.triangles[begin + i] = index;
         }

@@ -24,7 +24,7 @@ struct Options {
     std::string up = "z";
     std::string size = "1200x900";
     std::string edges = "feature";
-    std::vector<std::string> colors;
+    std::string colors;
     std::string background;
 };
 
@@ -60,6 +60,25 @@ std::string checkColor(const std::string& text) {
     return parseColor(text) ? "" : text + " is no colour; give it as RRGGBB, 77AADD for instance";
 }
 
+std::vector<std::string> wordsOf(const std::string& list) {
+    std::vector<std::string> words(1);
+    for (const char c : list) {
+        if (c == ',') {
+            words.emplace_back();
+        } else {
+            words.back() += c;
+        }
+    }
+    return words;
+}
+
+std::string checkColors(const std::string& list) {
+    for (const std::string& word : wordsOf(list)) {
+        if (!parseColor(word)) return checkColor(word);
+    }
+    return {};
+}
+
 std::string checkBackground(const std::string& text) {
     return text == "transparent" ? "" : checkColor(text);
 }
@@ -70,7 +89,9 @@ RenderOptions renderOptionsOf(const Options& options) {
     result.view.up = options.up == "y" ? Up::Y : Up::Z;
     parseSize(options.size, result.width, result.height);
     result.lines = options.edges == "none" ? Lines::None : options.edges == "all" ? Lines::All : Lines::Feature;
-    for (const std::string& color : options.colors) result.colors.push_back(*parseColor(color));
+    if (!options.colors.empty()) {
+        for (const std::string& color : wordsOf(options.colors)) result.colors.push_back(*parseColor(color));
+    }
     result.background.transparent = options.background == "transparent";
     result.background.color = parseColor(options.background);
     return result;
@@ -141,9 +162,7 @@ void addRender(CLI::App& app, Command& command) {
         ->type_name("WHICH")
         ->capture_default_str();
     verb->add_option("--colors", options->colors, "for the meshes in turn, instead of the usual ones")
-        ->delimiter(',')
-        ->check(checkColor)
-        ->expected(1)
+        ->check(checkColors)
         ->type_name("RRGGBB,...");
     verb->add_option("--background", options->background, "one colour, or transparent; without, a light grey")
         ->check(checkBackground)
