@@ -48,8 +48,10 @@ function(orva_find_headers target header folder_variable)
 endfunction()
 if(ORVA_BUILD_PROGRAM)
   orva_find_headers(CLI11::CLI11 CLI/CLI.hpp CLI11_INCLUDE_DIR)
-  orva_find_headers(nlohmann_json::nlohmann_json nlohmann/json.hpp NLOHMANN_JSON_INCLUDE_DIR)
   orva_find_headers(stb::stb stb/stb_image_write.h STB_INCLUDE_DIR)
+endif()
+if(ORVA_BUILD_PROGRAM OR ORVA_BUILD_FUZZERS) # the program's readers are fuzzed without the rest of it
+  orva_find_headers(nlohmann_json::nlohmann_json nlohmann/json.hpp NLOHMANN_JSON_INCLUDE_DIR)
 endif()
 
 # ---- the tests ----

@@ -166,7 +166,7 @@ TEST(PlyRefused, InOneLineThatSaysWhereAndWhatToDo) {
              "0 0 0\n-1 0 0",
          "line 13: -1 is no source_mesh" + repair},
         {header("ascii", "element edge 4000000000000000000\nproperty int a\n") + "0 0",
-         "the file ends at line 6 after 2 of 4000000000000000000 edge" + cut},
+         "the file ends at line 6 after 2 of 4000000000000000000 \"edge\" elements" + cut},
         {header(little, "element vertex 4294967295\n" + positions) + std::string(12, '\0'),
          "the file ends at byte 136 after 1 of 4294967295 vertices" + cut},
         {header(little, vertices) + std::string(8, '\0') + nan, "byte 123: this is not a finite number" + repair},

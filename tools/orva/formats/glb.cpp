@@ -26,7 +26,8 @@ constexpr std::uint32_t jsonChunk = 0x4E4F534A;   // "JSON"
 constexpr std::uint32_t binaryChunk = 0x004E4942; // "BIN\0"
 
 // A mesh that is placed twice counts twice. A file has to pay for its triangles: 8 to a byte lets a screw be there a
-// thousand times, and keeps what a small file can ask for small.
+// thousand times, and keeps what a small file can ask for small. A primitive without triangles counts as one: looking
+// at it takes time.
 constexpr std::size_t trianglesPerByte = 8;
 
 // ---- the file and its chunks ----
@@ -248,8 +249,17 @@ std::array<std::size_t, 3> cornersOf(std::size_t triangle, std::size_t mode) {
     return {3 * triangle, 3 * triangle + 1, 3 * triangle + 2};
 }
 
+void spend(std::size_t& budget, std::size_t triangles, const std::string& where) {
+    if (triangles > budget) {
+        failInJson(where, "the same data is used so often that its triangles are more than " +
+                              std::to_string(trianglesPerByte) + " for each byte of the file");
+    }
+    budget -= triangles;
+}
+
 void readPrimitive(const GlbFile& file, const Json& primitive, const std::string& where, const PlacedMesh& placed,
-                   ModelBuilder& builder) {
+                   std::size_t& budget, ModelBuilder& builder) {
+    spend(budget, 1, where);
     constexpr std::size_t triangles = 4; // 0 to 3 are points and lines, 5 and 6 strips and fans
     const std::size_t mode = wholeNumber(primitive, "mode", where).value_or(triangles);
     if (mode > 6) failInJson(where, "mode " + std::to_string(mode) + " is none");
@@ -269,10 +279,7 @@ void readPrimitive(const GlbFile& file, const Json& primitive, const std::string
 
     const std::size_t corners = indices ? indices->count() : vertices;
     const std::size_t count = mode == triangles ? corners / 3 : corners < 3 ? 0 : corners - 2;
-    if (count > trianglesPerByte * file.bytes.size() - builder.triangles()) {
-        failInJson(where, "the same data is used so often that its triangles are more than " +
-                              std::to_string(trianglesPerByte) + " for each byte of the file");
-    }
+    spend(budget, count, where);
     const bool mirrored = isMirrored(placed.placement);
     for (std::size_t i = 0; i < count; ++i) {
         std::array<std::size_t, 3> triangle = cornersOf(i, mode);
@@ -391,13 +398,14 @@ Model readGlb(std::string_view bytes, Notes& /*notes*/) {
     const GlbFile file = open(bytes);
     requireNoExtensions(file.document);
     ModelBuilder builder;
+    std::size_t budget = trianglesPerByte * bytes.size();
     for (const PlacedMesh& placed : placedMeshes(file.document)) {
         const Json& mesh = entryOf(file.document, "meshes", placed.mesh);
         const auto primitives = mesh.find("primitives");
         if (primitives == mesh.end()) continue;
         for (std::size_t i = 0; i < primitives->size(); ++i) {
             const std::string where = entryAt("meshes", placed.mesh) + "." + entryAt("primitives", i);
-            readPrimitive(file, entryOf(mesh, "primitives", i), where, placed, builder);
+            readPrimitive(file, entryOf(mesh, "primitives", i), where, placed, budget, builder);
         }
     }
     return builder.take();

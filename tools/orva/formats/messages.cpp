@@ -25,7 +25,7 @@ void failAt(const std::string& where, const std::string& what) {
 
 void failCutShort(const std::string& where, const Progress& progress) {
     throw MeshError("the file ends at " + where + " after " + std::to_string(progress.item) + " of " +
-                    std::to_string(progress.count) + " " + std::string(progress.kind) +
+                    std::to_string(progress.count) + " " + progress.kind +
                     "; it is cut short or its counts are wrong, export it again");
 }
 

@@ -21,7 +21,7 @@ std::string byteAt(std::size_t place);
 
 /// `item` of `count` in the file, for the message that the file ends there.
 struct Progress {
-    std::string_view kind; ///< "vertices"
+    std::string kind; ///< "vertices"
     std::size_t item = 0;
     std::size_t count = 0;
 };

@@ -249,7 +249,7 @@ template <typename Values> Model readContent(Values values, const PlyHeader& hea
         seen = true;
     };
     for (const PlyElement& element : header.elements) {
-        values.progress = {element.name, 0, element.count};
+        values.progress = {inQuotes(element.name) + " elements", 0, element.count};
         if (element.name == "vertex") {
             values.progress.kind = "vertices";
             once(seenVertices, element.name);
