@@ -59,6 +59,30 @@ TEST_F(LittleMemory, NotEnough) {
     EXPECT_EQ(files(), std::vector<std::string>{"many.off"});
 }
 
+TEST_F(LittleMemory, FailsThatJobAlone) {
+    std::string text = "OFF 1 1 0 0 0 0 3000000";
+    for (int i = 0; i < 3000000; ++i) text += " 0";
+    file("many.off", text);
+    file("one.off", "OFF 3 1 0  0 0 0  1 0 0  0 1 0  3 0 1 2");
+    const auto job = [this](const std::string& input, const std::string& output) {
+        return "{\"verb\": \"convert\", \"inputs\": [\"" + file(input) + "\"], \"output\": \"" + file(output) + "\"}\n";
+    };
+    const std::string jobs = file("jobs.jsonl", job("many.off", "a.stl") + job("one.off", "b.stl"));
+    const Outcome run = orvaAfter(limit, {"batch", jobs, "-j", "1"});
+    EXPECT_EQ(run.exitCode, 5);
+    EXPECT_NE(run.errors.find(": line 1: out of memory; "), std::string::npos) << run.errors;
+    EXPECT_NE(run.output.find("\"name\":\"out of memory\""), std::string::npos) << run.output;
+    EXPECT_EQ(files(), (std::vector<std::string>{"b.stl", "jobs.jsonl", "many.off", "one.off"}));
+}
+
+TEST_F(LittleMemory, ToldInJson) {
+    std::string text = "OFF 1 1 0 0 0 0 3000000";
+    for (int i = 0; i < 3000000; ++i) text += " 0";
+    const Outcome run = orvaAfter(limit, {"convert", file("many.off", text), "-o", file("out.stl"), "--json"});
+    EXPECT_EQ(run.exitCode, 5);
+    EXPECT_NE(run.output.find("\"error\":{\"code\":5,\"name\":\"out of memory\""), std::string::npos) << run.output;
+}
+
 TEST_F(LittleMemory, IsEnoughForFilesThatLieAboutTheirSize) {
     const std::string off = file("lie.off", "OFF\n4000000000 4000000000 0\n0 0 0\n");
     const std::string stl = file("lie.stl", std::string(80, '\0') + "\xff\xff\xff\xff");

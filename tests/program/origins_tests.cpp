@@ -112,6 +112,40 @@ TEST_F(KeepFaces, ChangeNothingElse) {
     EXPECT_EQ(contentOf(file("kept.off")), contentOf(out));
 }
 
+TEST_F(KeepFaces, AreHeldByPly) {
+    const std::string ply = file("out.ply");
+    const Outcome run = orva({"subtract", a, b, "-o", ply, "--keep-faces"});
+    EXPECT_TRUE(run.errors.starts_with("orva: subtract: ")) << run.errors; // and no warning
+    Notes notes;
+    const Model result = formatOf(ply).read(contentOf(ply), notes);
+    ASSERT_EQ(result.origins.size(), countTriangles(result.mesh));
+    std::array<std::size_t, 2> counts{};
+    for (const Origin& origin : result.origins) {
+        ASSERT_LT(origin.mesh, 2U);
+        ASSERT_LT(origin.face, 12U);
+        ++counts[origin.mesh];
+    }
+    EXPECT_GT(counts[0], 0U);
+    EXPECT_GT(counts[1], 0U);
+}
+
+TEST_F(KeepFaces, TextureCoordinatesAreNotCarried) {
+    Model model;
+    model.mesh = box({1, 1, 2}, {2, 2, 5});
+    model.hasTexture = true;
+    for (types::Vertex& vertex : model.mesh.vertices) vertex.aux = {vertex.pos.x / 2, vertex.pos.y / 2};
+    Notes notes;
+    const std::string textured = file("textured.obj", formatOf("a.obj").write(model, {}, notes));
+    const std::string ply = file("out.ply");
+    const Outcome run = orva({"subtract", a, textured, "-o", ply, "--keep-faces"});
+    EXPECT_TRUE(run.errors.starts_with("orva: warning: " + textured +
+                                       ": texture coordinates are not carried with --keep-faces\norva: subtract: "))
+        << run.errors;
+    EXPECT_FALSE(formatOf(ply).read(contentOf(ply), notes).hasTexture);
+    ASSERT_EQ(orva({"subtract", a, textured, "-o", ply, "--force"}).exitCode, 0);
+    EXPECT_TRUE(formatOf(ply).read(contentOf(ply), notes).hasTexture); // of one input is enough
+}
+
 TEST_F(KeepFaces, InAFormatThatCannotHoldThem) {
     const Outcome run = orva({"union", a, b, "-o", out, "--keep-faces"});
     EXPECT_TRUE(run.errors.starts_with("orva: warning: " + out +

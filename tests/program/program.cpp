@@ -117,8 +117,8 @@ std::vector<std::string> commandOf(const std::vector<std::string>& arguments) {
 
 #ifdef _WIN32
 
-void Process::interrupt() const {
-    GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, group); // Ctrl-C cannot be sent to others than oneself
+bool Process::interrupt() const {
+    return GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, group) != 0; // Ctrl-C cannot be sent to others than oneself
 }
 
 int Process::wait() const {
@@ -132,8 +132,9 @@ int Process::wait() const {
 
 #else
 
-void Process::interrupt() const {
+bool Process::interrupt() const {
     send(SIGINT);
+    return true;
 }
 
 void Process::send(int signal) const {

@@ -23,8 +23,8 @@ struct Process {
     std::intptr_t id = 0; // a process number, or a handle on Windows
     unsigned long group = 0;
 
-    // As Ctrl-C does it.
-    void interrupt() const;
+    // As Ctrl-C does it. Whether that can be done: wine gives a process without a window no console to do it with.
+    bool interrupt() const;
 #ifndef _WIN32
     void send(int signal) const;
 #endif
