@@ -1,13 +1,13 @@
 // Choosing a TBB arena: a call shares its work with the arena that it is made in, which limits the threads that help.
 // Here a host lets the library have two threads and keeps the others; the result is the same, bit for bit.
 #include "box.hpp"
+#include "same_bits.hpp"
 
 #include <orva/bspcsg.hpp>
 
 #include <tbb/task_arena.h>
 
 #include <cstdio>
-#include <cstring>
 
 namespace {
 
@@ -20,11 +20,6 @@ Mesh wallWithWindows() {
     Mesh result;
     orva::bspcsg::subtractMultiUnionMesh(result, wall, windows);
     return result;
-}
-
-bool sameBits(const Mesh& a, const Mesh& b) {
-    return a.vertices.size() == b.vertices.size() &&
-           std::memcmp(a.vertices.data(), b.vertices.data(), a.vertices.size() * sizeof(orva::types::Vertex)) == 0;
 }
 
 } // namespace

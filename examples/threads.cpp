@@ -1,11 +1,11 @@
 // Calling from many threads: meshes that nobody changes may be shared, results are each thread's own, without a lock.
 // Eight threads cut one block with drills of their own; each gets, bit for bit, what it would have got alone.
 #include "box.hpp"
+#include "same_bits.hpp"
 
 #include <orva/bspcsg.hpp>
 
 #include <cstdio>
-#include <cstring>
 #include <thread>
 
 namespace {
@@ -19,11 +19,6 @@ Mesh drilled(const Mesh& block, int number) {
     Mesh result;
     orva::bspcsg::subtractMesh(result, block, box({x, 0.2, -1}, {x + 0.7, 0.8, 2}));
     return result;
-}
-
-bool sameBits(const Mesh& a, const Mesh& b) {
-    return a.vertices.size() == b.vertices.size() &&
-           std::memcmp(a.vertices.data(), b.vertices.data(), a.vertices.size() * sizeof(orva::types::Vertex)) == 0;
 }
 
 } // namespace

@@ -31,7 +31,7 @@ std::string quoted(const std::string& text) {
     return "'" + inside + "'";
 }
 
-// In a specification of zsh's _arguments, brackets and colons mean something.
+// To zsh's _arguments, brackets and colons in a description mean something.
 std::string escapedForZsh(const std::string& text) {
     std::string escaped;
     for (const char c : text) {
