@@ -58,7 +58,6 @@ void mergePair(NodePtr a, NodePtr b, ResultQueue& queue, std::atomic<std::int32_
 
 NodePtr unionTreeListSequential(const TreeList& trees) {
     if (trees.empty()) return nullptr;
-    if (trees.size() == 1) return trees.front()->clone();
     Queue<NodePtr> queue;
     for (const NodePtr& tree : trees) queue.push(tree->clone());
     return tournament(queue, [](NodePtr a, NodePtr b) { return unionTree(std::move(*a), std::move(*b)); });
@@ -66,7 +65,6 @@ NodePtr unionTreeListSequential(const TreeList& trees) {
 
 NodePtr unionTreeListAsync(const TreeList& trees) {
     if (trees.empty()) return nullptr;
-    if (trees.size() == 1) return trees.front()->clone();
     ResultQueue queue;
     pushCopies(trees, queue);
     std::atomic<std::int32_t> pending = toCount(trees.size());
@@ -81,7 +79,6 @@ NodePtr unionTreeListAsync(const TreeList& trees) {
 
 NodePtr unionTreeListParallel(const TreeList& trees) {
     if (trees.empty()) return nullptr;
-    if (trees.size() == 1) return trees.front()->clone();
     ResultQueue queue;
     pushCopies(trees, queue);
     std::atomic<std::int32_t> pending = toCount(trees.size());

@@ -122,4 +122,17 @@ TEST(Paths, ACornerOutOfReachSpoilsNoOtherBox) {
     }
 }
 
+TEST(Paths, AListBecomesAHierarchyAtExactlyItsThresholds) {
+    constexpr HierarchyThresholds thresholds{5, 3};
+    for (const auto& [polygons, hierarchies] : {std::pair{4U, 0U}, {5U, 2U}, {6U, 2U}}) {
+        PolygonList list;
+        for (std::uint32_t i = 0; i < polygons; ++i) list.push_back(triangle({0, 0, 0}, {1, 0, 0}, {0, 1, 0}));
+        Sifter sifter(list, thresholds);
+        Sifter::Part part = sifter.start();
+        const std::uint64_t before = pathCounts.hierarchyDivisions;
+        for (int plane = 0; plane < 5; ++plane) part = sifter.divide({{0, 0, 1}, -5}, part, {}).front; // all in front
+        EXPECT_EQ(pathCounts.hierarchyDivisions - before, hierarchies) << polygons << " polygons";
+    }
+}
+
 } // namespace orva::bspcsg
