@@ -3,42 +3,16 @@
 // A verb is a file in verbs/, a file format one in formats/; exit codes and error lines are in failure.hpp.
 #include "failure.hpp"
 #include "interruption.hpp"
-#include "report/report.hpp"
 #include "report/terminal.hpp"
 #include "verbs/execute.hpp"
-#include "verbs/verbs.hpp"
 
-#include <CLI/CLI.hpp>
-
-#include <algorithm>
 #include <filesystem>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace {
 
 using namespace orva::program;
-
-// Asked of the arguments as they stand: an error in them may be found before the option is.
-bool asksForJson(const std::vector<std::string>& arguments) {
-    return std::find(arguments.begin(), std::find(arguments.begin(), arguments.end(), "--"), "--json") !=
-           std::find(arguments.begin(), arguments.end(), "--");
-}
-
-int run(const std::vector<std::string>& arguments) {
-    CLI::App app;
-    Command command;
-    try {
-        addVerbs(app, command);
-        parse(app, arguments);
-    } catch (const CLI::Success& request) { // --help, --version
-        return app.exit(request);
-    } catch (...) {
-        return printFailure("", {}, {.quiet = false, .json = asksForJson(arguments)});
-    }
-    return execute(command);
-}
 
 // Arguments are UTF-8 from here on.
 template <typename Char> int runGuarded(int argc, Char** argv) {

@@ -6,11 +6,11 @@
 #include "mesh/facet_normal.hpp"
 #include "mesh/shared_vertices.hpp"
 #include "mesh/vectors.hpp"
+#include "words.hpp"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
 #include <numeric>
 #include <tuple>
 #include <utility>
@@ -204,16 +204,6 @@ bool countEdges(const SharedVertices& mesh, Forest& parts, Fitness& fitness) {
 
 // ---- in words ----
 
-template <typename... Values> std::string format(const char* pattern, Values... values) {
-    std::array<char, 256> text; // more than the sentences below can take
-    std::snprintf(text.data(), text.size(), pattern, values...);
-    return text.data();
-}
-
-std::string counted(std::size_t count, const std::string& one, const std::string& many) {
-    return std::to_string(count) + " " + (count == 1 ? one : many);
-}
-
 double largestSide(const Box& box) {
     return std::max({box.high.x - box.low.x, box.high.y - box.low.y, box.high.z - box.low.z});
 }
@@ -244,20 +234,20 @@ void complainOfSize(const Fitness& fitness, std::vector<std::string>& found) {
     const double reach = farthest(fitness.box);
     if (reach >= largest) {
         const double step = std::nextafter(reach, HUGE_VAL) - reach;
-        std::string text = format("coordinates go up to %.2g, where doubles are %.1g apart: too coarse for the "
-                                  "tolerance of %g; ",
-                                  reach, step, TOLERANCE);
+        std::string text = formatted("coordinates go up to %.2g, where doubles are %.1g apart: too coarse for the "
+                                     "tolerance of %g; ",
+                                     reach, step, TOLERANCE);
         if (size < largest) {
             text += "move the mesh to the origin";
         } else {
-            text += format("scale it by 1e%d or so", 3 + exponentTo1(size));
+            text += formatted("scale it by 1e%d or so", 3 + exponentTo1(size));
         }
         found.push_back(text);
     }
     if (size < smallest && size > 0.0) {
-        found.push_back(format("it is %.2g across, and what is closer than the tolerance of %g counts as one place; "
-                               "scale it by 1e%d or so",
-                               size, TOLERANCE, exponentTo1(size)));
+        found.push_back(formatted("it is %.2g across, and what is closer than the tolerance of %g counts as one place; "
+                                  "scale it by 1e%d or so",
+                                  size, TOLERANCE, exponentTo1(size)));
     }
 }
 
@@ -295,8 +285,8 @@ std::vector<std::string> complaints(const Fitness& fitness) {
     // nothing.
     if (fitness.openEdges > 0 && fitness.boundaryEdges > 0) {
         found.push_back(counted(std::min(fitness.openEdges, fitness.boundaryEdges), "edge has", "edges have") +
-                        format(" a triangle on one side only: the surface is open, gaps up to %.2g; close its holes",
-                               fitness.largestGap));
+                        formatted(" a triangle on one side only: the surface is open, gaps up to %.2g; close its holes",
+                                  fitness.largestGap));
     }
     if (fitness.openEdges > 0 && fitness.flippedEdges > 0) {
         found.push_back(counted(fitness.flippedEdges, "edge lies", "edges lie") +
@@ -323,8 +313,8 @@ std::vector<std::string> complaints(const Fitness& fitness) {
     if (closed && !(thickness >= TOLERANCE)) {
         found.emplace_back("it encloses no volume; give it a thickness");
     } else if (closed && fitness.volume < 0.0) {
-        found.push_back(
-            format("its volume is negative, %.4g: it is inside out; turn all of its triangles around", fitness.volume));
+        found.push_back(formatted("its volume is negative, %.4g: it is inside out; turn all of its triangles around",
+                                  fitness.volume));
     } else if (fitness.insideOutParts > 0) {
         found.push_back(counted(fitness.insideOutParts, "part is", "parts are") + " inside out; turn " +
                         (fitness.insideOutParts == 1 ? "its" : "their") + " triangles around");
@@ -337,11 +327,11 @@ std::vector<std::string> remarks(const Fitness& fitness) {
     std::vector<std::string> found;
     if (closesInPieces(fitness)) {
         found.push_back(counted(fitness.boundaryEdges, "edge matches its neighbours", "edges match their neighbours") +
-                        format(" only piece by piece, within %g, as results of booleans do", CLOSING_TOLERANCE));
+                        formatted(" only piece by piece, within %g, as results of booleans do", CLOSING_TOLERANCE));
     }
     if (fitness.thin > 0) {
         found.push_back(counted(fitness.thin, "triangle is", "triangles are") +
-                        format(" narrower than the tolerance of %g", TOLERANCE));
+                        formatted(" narrower than the tolerance of %g", TOLERANCE));
     }
     return found;
 }

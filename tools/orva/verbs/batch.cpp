@@ -23,7 +23,7 @@ namespace orva::program {
 
 namespace {
 
-struct Options {
+struct BatchOptions {
     CommonOptions common;
     std::string jobs;
     int sideBySide = 0; // 0: one for each processor
@@ -39,7 +39,7 @@ const char* nameOf(Status status) {
 // All jobs, and what has become of them.
 class Batch {
 public:
-    Batch(std::vector<Job> allJobs, const Options& allOptions, Run& wholeRun)
+    Batch(std::vector<Job> allJobs, const BatchOptions& allOptions, Run& wholeRun)
         : jobs(std::move(allJobs)), options(allOptions), run(wholeRun), codes(jobs.size(), ExitCode::Done) {}
 
     void runAll();
@@ -51,7 +51,7 @@ private:
     void record(std::size_t index, Status status, Json members, const Failure* failure);
 
     const std::vector<Job> jobs;
-    const Options& options;
+    const BatchOptions& options;
     Run& run;
     std::atomic<std::size_t> next{0};
 
@@ -135,7 +135,7 @@ void Batch::summarize() const {
     if (failed != codes.end()) run.report.code = *failed;
 }
 
-void runBatch(const Options& options, Run& run) {
+void runBatch(const BatchOptions& options, Run& run) {
     run.progress.show("reading " + options.jobs);
     Batch batch(readJobs(readFile(options.jobs), options.common.force), options, run);
     batch.runAll();
@@ -145,7 +145,7 @@ void runBatch(const Options& options, Run& run) {
 } // namespace
 
 void addBatch(CLI::App& app, Command& command) {
-    const auto options = std::make_shared<Options>(); // lives as long as the callback below
+    const auto options = std::make_shared<BatchOptions>(); // lives as long as the callback below
     CLI::App* verb = app.add_subcommand("batch", "Many jobs side by side, one JSON object a line.");
     verb->add_option("JOBS", options->jobs, "file with a job on each line; - is stdin")->required()->type_name("FILE");
     verb->add_option("-j,--jobs", options->sideBySide, "how many at a time; without, one for each processor")

@@ -3,6 +3,7 @@
 #include "mesh/origins.hpp"
 #include "verbs/boolean_summary.hpp"
 #include "verbs/meshes.hpp"
+#include "words.hpp"
 
 #include <chrono>
 #include <memory>
@@ -14,17 +15,11 @@ namespace {
 
 using Mesh = Boolean::Mesh;
 
-struct Options {
+struct BooleanOptions {
     CommonOptions common;
     std::string first;
     std::vector<std::string> others;
 };
-
-std::string joined(const std::vector<std::string>& names) {
-    std::string text;
-    for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
-    return text;
-}
 
 // The faces that there are to tell from, and a word on what is lost by it.
 std::vector<std::size_t> markAll(const std::vector<Input>& inputs, std::vector<Model>& models, const Output& output,
@@ -37,7 +32,7 @@ std::vector<std::size_t> markAll(const std::vector<Input>& inputs, std::vector<M
         markFaces(models[i], i);
     }
     if (!textured.empty()) {
-        report.warnings.push_back(joined(textured) + ": texture coordinates are not carried with --keep-faces");
+        report.warnings.push_back(joined(textured, ", ") + ": texture coordinates are not carried with --keep-faces");
     }
     if (!output.format->name.starts_with("ply")) {
         report.warnings.push_back(output.file.name + ": " + std::string(output.format->name) +
@@ -52,7 +47,7 @@ Json describe(const Shares& shares) {
     return {{"inputs", std::move(inputs)}, {"unknown", shares.unknown}};
 }
 
-void runBoolean(const Boolean& boolean, const Options& options, Run& run) {
+void runBoolean(const Boolean& boolean, const BooleanOptions& options, Run& run) {
     const CommonOptions& common = options.common;
     std::vector<std::string> files{options.first};
     files.insert(files.end(), options.others.begin(), options.others.end());
@@ -92,7 +87,7 @@ void runBoolean(const Boolean& boolean, const Options& options, Run& run) {
 } // namespace
 
 CLI::App* addBoolean(CLI::App& app, Command& command, const Boolean& boolean) {
-    const auto options = std::make_shared<Options>(); // lives as long as the callback below
+    const auto options = std::make_shared<BooleanOptions>(); // lives as long as the callback below
     CLI::App* verb = app.add_subcommand(boolean.verb, boolean.text);
     verb->add_option(boolean.first, options->first, "first mesh; - is stdin")->required()->type_name("FILE");
     verb->add_option(boolean.second, options->others, "one mesh or more")->required()->type_name("FILE");

@@ -4,10 +4,9 @@
 #include "measures/closedness.hpp"
 #include "measures/volume.hpp"
 #include "mesh/model.hpp"
+#include "words.hpp"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <limits>
 
 namespace orva::program {
@@ -15,12 +14,6 @@ namespace orva::program {
 namespace {
 
 using Mesh = Boolean::Mesh;
-
-template <typename... Values> std::string format(const char* pattern, Values... values) {
-    std::array<char, 128> text; // far more than the numbers below can take
-    std::snprintf(text.data(), text.size(), pattern, values...);
-    return text.data();
-}
 
 bool isEmpty(const Mesh& mesh) {
     return countTriangles(mesh) == 0;
@@ -73,11 +66,11 @@ std::string measure(const Result& result, Json& output) {
     output["volume"] = volume;
     output["open_edges"] = closedness.openEdges;
     output["largest_gap"] = closedness.largestGap;
-    std::string text = format(", volume %.10g + %.10g -> %.10g", signedVolume(result.first),
-                              total(result.others, signedVolume), volume);
-    if (closedness.openEdges == 0) return text + format(", closed within %g", CLOSING_TOLERANCE);
-    return text + format(", not closed within %g: %zu open edges, gaps up to %.2g", CLOSING_TOLERANCE,
-                         closedness.openEdges, closedness.largestGap);
+    std::string text = formatted(", volume %.10g + %.10g -> %.10g", signedVolume(result.first),
+                                 total(result.others, signedVolume), volume);
+    if (closedness.openEdges == 0) return text + formatted(", closed within %g", CLOSING_TOLERANCE);
+    return text + formatted(", not closed within %g: %zu open edges, gaps up to %.2g", CLOSING_TOLERANCE,
+                            closedness.openEdges, closedness.largestGap);
 }
 
 } // namespace
@@ -86,16 +79,16 @@ void summarize(const Boolean& boolean, const Result& result, bool measured, Repo
     Json& output = report.members["output"];
     std::string& text = report.summary;
     text = boolean.verb +
-           format(": %zu + %zu triangles", countTriangles(result.first), total(result.others, countTriangles));
-    if (result.others.size() > 1) text += format(" in %zu meshes", result.others.size());
-    text += format(" -> %zu", countTriangles(result.mesh));
+           formatted(": %zu + %zu triangles", countTriangles(result.first), total(result.others, countTriangles));
+    if (result.others.size() > 1) text += formatted(" in %zu meshes", result.others.size());
+    text += formatted(" -> %zu", countTriangles(result.mesh));
     const std::string reason = whyEmpty(boolean, result);
     if (!reason.empty()) {
         text += " (" + reason + ")";
         output["empty"] = reason;
     }
     if (measured) text += measure(result, output);
-    text += format(", %.3f s", result.seconds);
+    text += formatted(", %.3f s", result.seconds);
     report.members["operation_seconds"] = result.seconds;
 }
 

@@ -2,9 +2,8 @@
 #include "measures/fitness.hpp"
 #include "verbs/meshes.hpp"
 #include "verbs/verbs.hpp"
+#include "words.hpp"
 
-#include <array>
-#include <cstdio>
 #include <memory>
 #include <string>
 
@@ -12,37 +11,27 @@ namespace orva::program {
 
 namespace {
 
-struct Options {
+struct CheckOptions {
     CommonOptions common;
     std::vector<std::string> inputs;
 };
-
-template <typename... Values> std::string format(const char* pattern, Values... values) {
-    std::array<char, 256> text; // far more than the numbers below can take
-    std::snprintf(text.data(), text.size(), pattern, values...);
-    return text.data();
-}
-
-std::string counted(std::size_t count, const std::string& one, const std::string& many) {
-    return std::to_string(count) + " " + (count == 1 ? one : many);
-}
 
 std::string textOf(const std::string& file, const Fitness& fitness) {
     const Notes wrong = complaints(fitness);
     const Notes worthKnowing = remarks(fitness);
     std::string text = file + ": " + (wrong.empty() ? "fit" : "unfit") + "\n";
-    text += format("  triangles  %zu in ", fitness.triangles) + counted(fitness.parts, "part", "parts") +
-            format("; %zu without area, %zu narrower than %g, %zu double\n", fitness.degenerate, fitness.thin,
-                   TOLERANCE, fitness.duplicates);
+    text += formatted("  triangles  %zu in ", fitness.triangles) + counted(fitness.parts, "part", "parts") +
+            formatted("; %zu without area, %zu narrower than %g, %zu double\n", fitness.degenerate, fitness.thin,
+                      TOLERANCE, fitness.duplicates);
     text +=
-        format("  edges      %zu boundary, %zu non-manifold, %zu flipped; %zu open within %g", fitness.boundaryEdges,
-               fitness.nonManifoldEdges, fitness.flippedEdges, fitness.openEdges, CLOSING_TOLERANCE);
-    text += fitness.openEdges > 0 ? format(", gaps up to %.2g\n", fitness.largestGap) : "\n";
-    text += format("  volume     %.10g\n  area       %.10g\n", fitness.volume, fitness.area);
+        formatted("  edges      %zu boundary, %zu non-manifold, %zu flipped; %zu open within %g", fitness.boundaryEdges,
+                  fitness.nonManifoldEdges, fitness.flippedEdges, fitness.openEdges, CLOSING_TOLERANCE);
+    text += fitness.openEdges > 0 ? formatted(", gaps up to %.2g\n", fitness.largestGap) : "\n";
+    text += formatted("  volume     %.10g\n  area       %.10g\n", fitness.volume, fitness.area);
     const types::Vec3& low = fitness.box.low;
     const types::Vec3& high = fitness.box.high;
     text +=
-        format("  box        %.10g %.10g %.10g to %.10g %.10g %.10g\n", low.x, low.y, low.z, high.x, high.y, high.z);
+        formatted("  box        %.10g %.10g %.10g to %.10g %.10g %.10g\n", low.x, low.y, low.z, high.x, high.y, high.z);
     for (const std::string& line : wrong) text += "  unfit:     " + line + "\n";
     for (const std::string& line : worthKnowing) text += "  note:      " + line + "\n";
     return text;
@@ -77,7 +66,7 @@ Json jsonOf(const Input& input, const Fitness& fitness) {
 
 // One at a time, so that the largest alone decides how much memory is needed. A file that cannot be read stops no
 // other.
-void check(const Options& options, Run& run) {
+void check(const CheckOptions& options, Run& run) {
     const std::vector<Input> inputs = inputsOf(options.inputs, options.common.from);
     Report& report = run.report;
     Json& checked = report.members["inputs"] = Json::array();
@@ -101,7 +90,7 @@ void check(const Options& options, Run& run) {
 } // namespace
 
 void addCheck(CLI::App& app, Command& command) {
-    const auto options = std::make_shared<Options>(); // lives as long as the callback below
+    const auto options = std::make_shared<CheckOptions>(); // lives as long as the callback below
     CLI::App* verb = app.add_subcommand("check", "Whether meshes are fit for a boolean, and if not, why.");
     verb->add_option("A", options->inputs, "meshes; - is stdin")->required()->type_name("FILE");
     addFrom(*verb, options->common);

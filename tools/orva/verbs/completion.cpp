@@ -1,14 +1,9 @@
 #include "verbs/interface.hpp"
+#include "words.hpp"
 
 namespace orva::program {
 
 namespace {
-
-std::string joined(const std::vector<std::string>& words, const char* between) {
-    std::string text;
-    for (const std::string& word : words) text += (text.empty() ? "" : between) + word;
-    return text;
-}
 
 std::string verbNames(const CLI::App& app) {
     std::vector<std::string> names;

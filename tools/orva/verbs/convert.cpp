@@ -12,13 +12,13 @@ namespace orva::program {
 
 namespace {
 
-struct Options {
+struct ConvertOptions {
     CommonOptions common;
     std::string input;
     std::array<double, 3> move{};
 };
 
-void convert(const Options& options, Run& run) {
+void convert(const ConvertOptions& options, Run& run) {
     const std::vector<Input> inputs = inputsOf({options.input}, options.common.from);
     const Output output = outputOf(options.common, run.report);
     Model model = std::move(readInputs(inputs, run).front());
@@ -30,7 +30,7 @@ void convert(const Options& options, Run& run) {
 } // namespace
 
 void addConvert(CLI::App& app, Command& command) {
-    const auto options = std::make_shared<Options>(); // lives as long as the callback below
+    const auto options = std::make_shared<ConvertOptions>(); // lives as long as the callback below
     CLI::App* verb = app.add_subcommand("convert", "The same mesh in another format, or in another place.");
     verb->add_option("A", options->input, "mesh; - is stdin")->required()->type_name("FILE");
     addOutput(*verb, options->common);

@@ -1,5 +1,7 @@
 #include "verbs/execute.hpp"
 
+#include "verbs/verbs.hpp"
+
 #include <tbb/global_control.h>
 #include <tbb/info.h>
 #include <tbb/task_arena.h>
@@ -8,7 +10,9 @@
 #include <chrono>
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace orva::program {
 
@@ -20,8 +24,13 @@ double secondsSince(Clock::time_point begin) {
     return std::chrono::duration<double>(Clock::now() - begin).count();
 }
 
-} // namespace
+// Asked of the arguments as they stand: an error in them may be found before the option is.
+bool asksForJson(const std::vector<std::string>& arguments) {
+    return std::find(arguments.begin(), std::find(arguments.begin(), arguments.end(), "--"), "--json") !=
+           std::find(arguments.begin(), arguments.end(), "--");
+}
 
+// As the whole work of this process: with the threads asked for, and its report printed.
 int execute(const Command& command) {
     Run run;
     const Clock::time_point begin = Clock::now();
@@ -40,6 +49,22 @@ int execute(const Command& command) {
         run.progress.stop();
         return printFailure(command.verb, run.report, command.manner);
     }
+}
+
+} // namespace
+
+int run(const std::vector<std::string>& arguments) {
+    CLI::App app;
+    Command command;
+    try {
+        addVerbs(app, command);
+        parse(app, arguments);
+    } catch (const CLI::Success& request) { // --help, --version
+        return app.exit(request);
+    } catch (...) {
+        return printFailure("", {}, {.quiet = false, .json = asksForJson(arguments)});
+    }
+    return execute(command);
 }
 
 Report runBeside(const Command& command, int threads) {

@@ -26,7 +26,7 @@ std::string stringOf(const Json& value, const std::string& key) {
     return text;
 }
 
-std::vector<std::string> inputsOf(const Json& object) {
+std::vector<std::string> filesOf(const Json& object) {
     const auto found = object.find("inputs");
     if (found == object.end() || !found->is_array()) refuse("\"inputs\" must be an array of file names");
     std::vector<std::string> inputs;
@@ -77,7 +77,7 @@ void understand(const Json& object, bool force, Job& job) {
     addVerbs(app, job.command);
     const CLI::App& verb = verbOf(app, object);
     job.command.verb = verb.get_name();
-    job.inputs = inputsOf(object);
+    job.inputs = filesOf(object);
     std::vector<std::string> words{verb.get_name()};
     for (const auto& [key, value] : object.items()) {
         if (key == "id" || key == "verb" || key == "inputs") continue;

@@ -19,7 +19,7 @@ namespace orva::program {
 
 namespace {
 
-struct Options {
+struct PictureOptions {
     CommonOptions common;
     std::vector<std::string> inputs;
     std::string view = "iso";
@@ -85,7 +85,7 @@ std::string checkBackground(const std::string& text) {
     return text == "transparent" ? "" : checkColor(text);
 }
 
-RenderOptions renderOptionsOf(const Options& options) {
+RenderOptions renderOptionsOf(const PictureOptions& options) {
     RenderOptions result;
     result.view = *parseView(options.view);
     result.view.up = options.up == "y" ? Up::Y : Up::Z;
@@ -129,7 +129,7 @@ Solid solidOf(Model& model) {
     return solid;
 }
 
-void render(const Options& options, Run& run) {
+void render(const PictureOptions& options, Run& run) {
     const std::vector<Input> inputs = inputsOf(options.inputs, options.common.from);
     const OutputFile output = preparePicture(options.common);
     std::vector<Solid> solids;
@@ -154,7 +154,7 @@ void render(const Options& options, Run& run) {
 } // namespace
 
 void addRender(CLI::App& app, Command& command) {
-    const auto options = std::make_shared<Options>(); // lives as long as the callback below
+    const auto options = std::make_shared<PictureOptions>(); // lives as long as the callback below
     CLI::App* verb = app.add_subcommand("render", "A picture of meshes, each in its own colour.");
     verb->add_option("A", options->inputs, "meshes; - is stdin")->required()->type_name("FILE");
     addOutput(*verb, options->common);
