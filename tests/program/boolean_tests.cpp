@@ -153,6 +153,19 @@ TEST_F(BooleanVerb, OneThreadDoesNotWaitForAnother) {
     expectLine(two, "subtract: 12 + 36 triangles in 3 meshes -> " + countIn(result));
 }
 
+#ifndef _WIN32
+
+TEST_F(BooleanVerb, TwoThreadsOnOneProcessor) {
+    const std::string c = file("c.off", boxFile({1.5, 1.5, 1.5}, {3, 3, 3}));
+    const std::string oneProcessor =
+        "taskset -p -c \"$(taskset -p -c $$ | sed 's/.*: *\\([0-9]*\\).*/\\1/')\" $$ >/dev/null";
+    const Outcome run =
+        orvaAfter(oneProcessor, {"subtract", a, b, c, away, "-o", result, "--mode", "parallel", "--threads", "2"});
+    expectLine(run, "subtract: 12 + 36 triangles in 3 meshes -> " + countIn(result));
+}
+
+#endif
+
 TEST_F(BooleanVerb, SubtractTakesManyCuttersInEveryMode) {
     // Two of the cutters overlap, one is away.
     const std::string c = file("c.off", boxFile({1.5, 1.5, 1.5}, {3, 3, 3}));

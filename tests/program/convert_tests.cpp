@@ -1,4 +1,4 @@
-// convert: moves, names, and files that cannot be read.
+// convert: moves and scales, names, and files that cannot be read.
 #include "files/name.hpp"
 #include "formats/off.hpp"
 #include "program.hpp"
@@ -22,6 +22,36 @@ TEST_F(Convert, Moves) {
     ASSERT_EQ(orva({"convert", file("a.off", triangle), "-o", file("b.off"), "--move", "-1", "-.5", "2e3"}).exitCode,
               0);
     EXPECT_EQ(contentOf(file("b.off")), "OFF\n3 1 0\n-1 -0.5 2000\n0 -0.5 2000\n-1 0.5 2000\n3 0 1 2\n");
+}
+
+TEST_F(Convert, ScalesBeforeItMoves) {
+    ASSERT_EQ(
+        orva({"convert", file("a.off", triangle), "-o", file("b.off"), "--move", "0", "0", "1", "--scale", "25.4"})
+            .exitCode,
+        0);
+    EXPECT_EQ(contentOf(file("b.off")), "OFF\n3 1 0\n0 0 1\n25.4 0 1\n0 25.4 1\n3 0 1 2\n");
+}
+
+TEST_F(Convert, ScalesThatAreNone) {
+    for (const std::string factor : {"0", "-1", "nan", "inf", "1e999", "large"}) {
+        const Outcome run = orva({"convert", file("a.off", triangle), "-o", file("b.off"), "--scale", factor});
+        EXPECT_EQ(run.exitCode, 2) << factor;
+        EXPECT_NE(run.errors.find(factor + " is not a number above 0"), std::string::npos) << run.errors;
+        EXPECT_EQ(files(), std::vector<std::string>{"a.off"});
+    }
+}
+
+TEST_F(Convert, WhatIsTooSmallIsFitOnceScaledAsTheMessageSays) {
+    const std::string small = file("small.off", boxFile({0, 0, 0}, {4e-5, 2e-5, 2e-5}));
+    EXPECT_EQ(orva({"check", small}).exitCode, 4);
+    ASSERT_EQ(orva({"convert", small, "-o", file("large.off"), "--scale", "1e5"}).exitCode, 0);
+    EXPECT_EQ(orva({"check", file("large.off")}).exitCode, 0);
+}
+
+TEST_F(Convert, KeepsTheSignOfZero) {
+    const std::string withSigns = "OFF\n3 1 0\n-0 0 -0\n1 -0 0\n0 1 -0\n3 0 1 2\n";
+    ASSERT_EQ(orva({"convert", file("a.off", withSigns), "-o", file("b.off")}).exitCode, 0);
+    EXPECT_EQ(contentOf(file("b.off")), withSigns);
 }
 
 TEST_F(Convert, InPlace) {

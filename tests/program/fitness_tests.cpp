@@ -231,28 +231,28 @@ TEST(Fitness, TrianglesNarrowerThanTheTolerance) {
 TEST(Fitness, Tiny) {
     EXPECT_EQ(complaintsOf(boxTriangles({0, 0, 0}, {4e-5, 2e-5, 2e-5})),
               Lines{"it is 4e-05 across, and what is closer than the tolerance of 1e-06 counts as one place; scale it "
-                    "by 1e5 or so"});
+                    "by 1e5 or so (orva convert --scale)"});
     EXPECT_EQ(complaintsOf(boxTriangles({7, 7, 7}, {7 + 2e-3, 7 + 1e-4, 7 + 1e-4})), Lines());
 }
 
 TEST(Fitness, Huge) {
     EXPECT_EQ(complaintsOf(boxTriangles({0, 0, 0}, {1, 1, 4e12})),
               Lines{"coordinates go up to 4e+12, where doubles are 0.0005 apart: too coarse for the tolerance of 1e-06;"
-                    " scale it by 1e-9 or so"});
+                    " scale it by 1e-9 or so (orva convert --scale)"});
     EXPECT_EQ(complaintsOf(boxTriangles({0, 0, 0}, {1, 1, 9e8})), Lines());
 }
 
 TEST(Fitness, FarAway) {
     EXPECT_EQ(complaintsOf(boxTriangles({-4e12, 0, 0}, {1 - 4e12, 1, 1})),
               Lines{"coordinates go up to 4e+12, where doubles are 0.0005 apart: too coarse for the tolerance of 1e-06;"
-                    " move the mesh to the origin"});
+                    " move the mesh to the origin (orva convert --move)"});
 }
 
 TEST(Fitness, BeyondWhatCanBeMultiplied) {
     const Lines found = complaintsOf(boxTriangles({0, 0, 0}, {1e300, 1e300, 1e300}));
     ASSERT_FALSE(found.empty());
     EXPECT_EQ(found.back(), "coordinates go up to 1e+300, where doubles are 1e+284 apart: too coarse for the tolerance "
-                            "of 1e-06; scale it by 1e-297 or so");
+                            "of 1e-06; scale it by 1e-297 or so (orva convert --scale)");
 }
 
 } // namespace

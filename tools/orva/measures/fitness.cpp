@@ -238,15 +238,15 @@ void complainOfSize(const Fitness& fitness, std::vector<std::string>& found) {
                                      "tolerance of %g; ",
                                      reach, step, TOLERANCE);
         if (size < largest) {
-            text += "move the mesh to the origin";
+            text += "move the mesh to the origin (orva convert --move)";
         } else {
-            text += formatted("scale it by 1e%d or so", 3 + exponentTo1(size));
+            text += formatted("scale it by 1e%d or so (orva convert --scale)", 3 + exponentTo1(size));
         }
         found.push_back(text);
     }
     if (size < smallest && size > 0.0) {
         found.push_back(formatted("it is %.2g across, and what is closer than the tolerance of %g counts as one place; "
-                                  "scale it by 1e%d or so",
+                                  "scale it by 1e%d or so (orva convert --scale)",
                                   size, TOLERANCE, exponentTo1(size)));
     }
 }

@@ -15,6 +15,7 @@ namespace {
 struct ConvertOptions {
     CommonOptions common;
     std::string input;
+    double scale = 1.0;
     std::array<double, 3> move{};
 };
 
@@ -23,7 +24,9 @@ void convert(const ConvertOptions& options, Run& run) {
     const Output output = outputOf(options.common, run.report);
     Model model = std::move(readInputs(inputs, run).front());
     const types::Vec3 move{options.move[0], options.move[1], options.move[2]};
-    for (types::Vertex& vertex : model.mesh.vertices) vertex.pos = vertex.pos + move;
+    if (options.scale != 1.0 || options.move != std::array<double, 3>{}) { // else -0 would become 0
+        for (types::Vertex& vertex : model.mesh.vertices) vertex.pos = options.scale * vertex.pos + move;
+    }
     writeOutput(output, model, run);
 }
 
@@ -31,9 +34,15 @@ void convert(const ConvertOptions& options, Run& run) {
 
 void addConvert(CLI::App& app, Command& command) {
     const auto options = std::make_shared<ConvertOptions>(); // lives as long as the callback below
-    CLI::App* verb = app.add_subcommand("convert", "The same mesh in another format, or in another place.");
+    CLI::App* verb = app.add_subcommand("convert", "The same mesh in another format, size, or place.");
     verb->add_option("A", options->input, "mesh; - is stdin")->required()->type_name("FILE");
     addOutput(*verb, options->common);
+    verb->add_option("--scale", options->scale, "multiply every position with this, before --move")
+        ->type_name("FACTOR")
+        ->check([](const std::string& text) {
+            const double factor = std::strtod(text.c_str(), nullptr);
+            return factor > 0.0 && std::isfinite(factor) ? std::string() : text + " is not a number above 0";
+        });
     verb->add_option("--move", options->move, "add this to every position")
         ->type_name("X Y Z")
         ->check([](const std::string& text) {
@@ -42,7 +51,8 @@ void addConvert(CLI::App& app, Command& command) {
     addFrom(*verb, options->common);
     addTo(*verb, options->common);
     addReporting(*verb, options->common, "");
-    verb->footer("Example:\n  orva convert scan.stl -o scan.off --move 0 0 -12.5\n"
+    verb->footer("Example:\n  orva convert inches.stl -o millimetres.stl --scale 25.4\n"
+                 "  orva convert scan.stl -o scan.off --move 0 0 -12.5\n"
                  "  orva convert - --from off -o - --to stl < scan.off > scan.stl");
     setRun(*verb, command, options, convert);
 }

@@ -35,13 +35,16 @@ int execute(const Command& command) {
     Run run;
     const Clock::time_point begin = Clock::now();
     try {
-        run.threads = command.threads > 0 ? command.threads : tbb::info::default_concurrency();
+        run.threads = command.threads > 0 ? command.threads : std::max(tbb::info::default_concurrency(), 1);
         std::optional<tbb::global_control> limit;
         if (command.threads > 0) {
             limit.emplace(tbb::global_control::max_allowed_parallelism, static_cast<std::size_t>(command.threads));
         }
+        // The scheduler's own arena has as many places as the machine has processors: on one processor, two threads
+        // would be one, and a parallel union would wait for the other.
+        tbb::task_arena arena(run.threads);
         if (!command.manner.quiet) run.progress.start();
-        command.run(run);
+        arena.execute([&] { command.run(run); });
         run.progress.stop();
         run.report.seconds = secondsSince(begin);
         return print(command.verb, run.report, command.manner);
