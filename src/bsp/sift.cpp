@@ -122,9 +122,7 @@ struct Sifter::Division {
 };
 
 Sifter::Sifter(PolygonList polygons, HierarchyThresholds thresholds)
-    : pool_(std::move(polygons)), thresholds_(thresholds) {
-    toCount(pool_.size());
-}
+    : pool_(std::move(polygons)), thresholds_(thresholds) {}
 
 Sifter::Part Sifter::start() {
     const auto isNear = [](const Vertex& vertex) {
@@ -138,7 +136,7 @@ Sifter::Part Sifter::start() {
         far_ = std::max({std::abs(origin_.x), std::abs(origin_.y), std::abs(origin_.z)});
         break;
     }
-    const auto count = static_cast<std::uint32_t>(pool_.size());
+    const auto count = static_cast<std::uint32_t>(toCount(pool_.size()));
     slots_.reserve(count);
     courses_.reserve(count);
     for (std::uint32_t i = 0; i < count; ++i) {
@@ -559,29 +557,31 @@ void Sifter::setPolygon(std::uint32_t index, std::uint32_t lane, const Slot& slo
     ORVA_COUNT(inHierarchies, 1);
     Entry& entry = entries_[index];
     const Polygon& polygon = pool_[slot.polygon];
+    std::array<float, 3> direction{};
+    float middle{};
+    float half{};
+    if (isAboutUnit(polygon.plane.normal) && !isNowhere(slot.box)) {
+        const Vec3& n = polygon.plane.normal;
+        direction = {static_cast<float>(n.x), static_cast<float>(n.y), static_cast<float>(n.z)};
+        const Vec3 d{direction[0], direction[1], direction[2]};
+        Interval extent;
+        for (const Vertex& vertex : polygon.vertices) {
+            const double along = dot(d, vertex.pos - origin_);
+            extent = {std::min(extent.low, along), std::max(extent.high, along)};
+        }
+        middle = static_cast<float>((extent.low + extent.high) / 2);
+        half = outward(std::max(extent.high - middle, middle - extent.low));
+    }
     for (std::size_t k = 0; k < 3; ++k) {
         entry.middle[k][lane] = slot.box.middle[k];
         entry.half[k][lane] = slot.box.half[k];
-        entry.direction[k][lane] = 0;
+        entry.direction[k][lane] = direction[k];
     }
-    entry.slabMiddle[lane] = 0;
-    entry.slabHalf[lane] = 0;
+    entry.slabMiddle[lane] = middle;
+    entry.slabHalf[lane] = half;
     entry.rank[lane] = slot.rank;
     entry.count[lane] = 1;
     entry.child[lane] = slot.polygon | POLYGON;
-    if (!isAboutUnit(polygon.plane.normal) || isNowhere(slot.box)) return;
-    const Vec3& n = polygon.plane.normal;
-    const std::array<float, 3> direction{static_cast<float>(n.x), static_cast<float>(n.y), static_cast<float>(n.z)};
-    const Vec3 d{direction[0], direction[1], direction[2]};
-    Interval extent;
-    for (const Vertex& vertex : polygon.vertices) {
-        const double along = dot(d, vertex.pos - origin_);
-        extent = {std::min(extent.low, along), std::max(extent.high, along)};
-    }
-    for (std::size_t k = 0; k < 3; ++k) entry.direction[k][lane] = direction[k];
-    const auto middle = static_cast<float>((extent.low + extent.high) / 2);
-    entry.slabMiddle[lane] = middle;
-    entry.slabHalf[lane] = outward(std::max(extent.high - middle, middle - extent.low));
 }
 
 // Puts what has become of a child, or a new one, into a lane that has a direction already.
