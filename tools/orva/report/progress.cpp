@@ -1,10 +1,9 @@
 #include "report/progress.hpp"
 
 #include "report/terminal.hpp"
+#include "words.hpp"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <string_view>
 #include <system_error>
 
@@ -29,10 +28,8 @@ std::string shortened(const std::string& text, std::size_t characters) {
 }
 
 std::string clock(std::chrono::seconds elapsed) {
-    std::array<char, 32> text;
     const long long seconds = elapsed.count();
-    std::snprintf(text.data(), text.size(), "%lld:%02lld", seconds / 60, seconds % 60);
-    return text.data();
+    return formatted("%lld:%02lld", seconds / 60, seconds % 60);
 }
 
 } // namespace

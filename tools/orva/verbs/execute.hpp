@@ -14,7 +14,8 @@ namespace orva::program {
 /// prints. Gives the exit code.
 int run(const std::vector<std::string>& arguments);
 
-/// Carries out a command as one of many side by side, with at most so many threads. Nothing is printed. Throws what the command throws.
+/// Carries out a command as one of many side by side, with at most so many threads. Nothing is printed. Throws what the
+/// command throws.
 Report runBeside(const Command& command, int threads);
 
 } // namespace orva::program
