@@ -161,9 +161,10 @@ void Tidier::sew() {
     }
 }
 
-// A piece that was lost lies in its face of the input. Without the input, it is a sliver.
+// A piece that was lost is a sliver; or, where the input tells, any part of its face.
 bool Tidier::mayBePiece(std::uint32_t face, const std::vector<Vec3>& points, double width, double distance) const {
-    if (!isOfInput(face)) return width <= WIDEST_LOOP * tolerance;
+    if (width <= WIDEST_LOOP * tolerance) return true;
+    if (!isOfInput(face)) return false;
     const types::Vertex* triangle = facts[face].carrier;
     const std::array<Vec3, 3> corners{inputs->scale * triangle[0].pos, inputs->scale * triangle[1].pos,
                                       inputs->scale * triangle[2].pos};
