@@ -73,7 +73,7 @@ std::vector<Model> readInputs(const std::vector<Input>& inputs, Run& run) {
 void checkFitness(const std::vector<Input>& inputs, const std::vector<Model>& models, bool strict, Run& run) {
     for (std::size_t i = 0; i < models.size(); ++i) {
         run.progress.show("checking " + inputs[i].file, i, models.size());
-        const Notes found = complaints(measureFitness(models[i].mesh));
+        const Notes found = complaints(measureFitness(models[i]));
         if (strict && !found.empty()) {
             const std::string more = found.size() == 1 ? "" : " (and more: orva check says all)";
             throw Failure(ExitCode::Unfit, inputs[i].file + ": " + found.front() + more);
