@@ -219,10 +219,11 @@ int exponentTo1(double size) {
     return -static_cast<int>(std::floor(std::log10(size)));
 }
 
-void complainOfSize(const Fitness& fitness, std::vector<std::string>& found) {
+// note: another unit makes no mesh any finer that is small beside its distance from the origin.
+void complainOfSize(const Fitness& fitness, bool anySize, std::vector<std::string>& found) {
     const double size = largestSide(fitness.box);
     const double reach = farthest(fitness.box);
-    if (reach >= largest) {
+    if (reach >= largest && !(anySize && size >= largest)) {
         const double step = std::nextafter(reach, HUGE_VAL) - reach;
         std::string text = formatted("coordinates go up to %.2g, where doubles are %.1g apart: too coarse for the "
                                      "tolerance of %g; ",
@@ -234,7 +235,7 @@ void complainOfSize(const Fitness& fitness, std::vector<std::string>& found) {
         }
         found.push_back(text);
     }
-    if (size < smallest && size > 0.0) {
+    if (size < smallest && size > 0.0 && !anySize) {
         found.push_back(formatted("it is %.2g across, and what is closer than the tolerance of %g counts as one place; "
                                   "scale it by 1e%d or so (orva convert --scale)",
                                   size, TOLERANCE, exponentTo1(size)));
@@ -268,7 +269,7 @@ Fitness measureFitness(const Model& model) {
     return fitness;
 }
 
-std::vector<std::string> complaints(const Fitness& fitness) {
+std::vector<std::string> complaints(const Fitness& fitness, bool anySize) {
     std::vector<std::string> found;
     if (fitness.triangles == 0) {
         found.emplace_back("it has no triangles, and a boolean with an empty mesh gives nothing; check that the right "
@@ -323,7 +324,7 @@ std::vector<std::string> complaints(const Fitness& fitness) {
         found.push_back(counted(fitness.insideOutParts, "part is", "parts are") + " inside out; turn " +
                         (fitness.insideOutParts == 1 ? "its" : "their") + " triangles around");
     }
-    complainOfSize(fitness, found);
+    complainOfSize(fitness, anySize, found);
     return found;
 }
 

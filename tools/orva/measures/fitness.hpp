@@ -42,8 +42,9 @@ struct Fitness {
 /// In n log n for n triangles. Coordinates are finite.
 Fitness measureFitness(const Model& model);
 
-/// Why a boolean may go wrong, and what to do about it, a sentence each; empty for a mesh that is fit.
-std::vector<std::string> complaints(const Fitness& fitness);
+/// Why a boolean may go wrong, and what to do about it, a sentence each; empty for a mesh that is fit. A boolean that
+/// chooses its own unit takes meshes of every size.
+std::vector<std::string> complaints(const Fitness& fitness, bool anySize = false);
 
 /// What is worth knowing, and does a boolean no harm: that the mesh closes only within the tolerance, for instance, as
 /// results of booleans do.
