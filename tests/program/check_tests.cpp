@@ -60,10 +60,10 @@ TEST_F(CheckVerb, Unfit) {
     EXPECT_EQ(run.errors, "");
 }
 
-TEST_F(CheckVerb, ResultOfABooleanIsFitWithANote) {
+TEST_F(CheckVerb, RawResultOfABooleanIsFitWithANote) {
     const std::string drill = file("drill.off", boxFile({0.5, 0.5, -1}, {1.5, 1.5, 3}));
     const std::string result = file("result.off");
-    ASSERT_EQ(orva({"subtract", box, drill, "-o", result}).exitCode, 0);
+    ASSERT_EQ(orva({"subtract", box, drill, "-o", result, "--raw"}).exitCode, 0);
     const Outcome run = orva({"check", result});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_NE(run.output.find("\n  note:      "), std::string::npos) << run.output;
