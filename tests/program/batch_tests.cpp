@@ -101,7 +101,7 @@ TEST_F(Jobs, OfTidiedAndRawResults) {
     EXPECT_EQ(batch(job("tidy", {raw}, tidied)).exitCode, 0);
     EXPECT_DOUBLE_EQ(signedVolume(readAs(readOff, contentOf(tidied))), 15.0);
     expectRefused(job("union", {a, b}, out, {{"raw", true}, {"merge", "all"}}), 2,
-                  "--raw excludes --merge; see orva union --help");
+                  "--merge excludes --raw; see orva union --help");
     const std::string empty = file("empty.off", "OFF 0 0 0");
     EXPECT_EQ(batch(job("union", {a, empty}, file("never.off"))).exitCode, 4);
     EXPECT_EQ(batch(job("union", {a, empty}, file("done.off"), {{"allow-empty", true}})).exitCode, 0);

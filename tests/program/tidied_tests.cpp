@@ -239,7 +239,7 @@ TEST_F(Tidied, RawExcludesWhatItDoesNotDo) {
         {"--merge", "cut"}, {"--tolerance", "1e-5"}, {"--close-gaps", "0.1"}};
     for (const auto& [name, value] : options) {
         expectFailure(orva({"union", a, b, "-o", result, "--raw", name, value}), 2,
-                      "--raw excludes " + name + "; see orva union --help");
+                      name + " excludes --raw; see orva union --help");
     }
 }
 
