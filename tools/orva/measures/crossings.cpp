@@ -26,53 +26,53 @@ constexpr std::size_t most = 1000000; // pairs
 struct Triangle {
     std::array<std::size_t, 3> vertices{};
     std::array<Vec3, 3> corners;
+    Projection projection; // in which it is no line
+    int turns = 0;         // there, 1 counter-clockwise, -1 clockwise
 };
 
 using Signs = std::array<int, 3>;
 
 // ---- in one plane ----
 
-// That in which the triangle is largest, and not a line. There is none for a triangle without area.
-bool findProjection(const Triangle& t, Projection& projection) {
+// That in which the triangle is largest. There is none for a triangle without area.
+bool findProjection(Triangle& t) {
     const Vec3 normal = cross(t.corners[1] - t.corners[0], t.corners[2] - t.corners[0]);
     std::array<std::pair<double, Projection>, 3> choices{{{std::abs(normal.x), {&Vec3::y, &Vec3::z}},
                                                           {std::abs(normal.y), {&Vec3::z, &Vec3::x}},
                                                           {std::abs(normal.z), {&Vec3::x, &Vec3::y}}}};
     std::stable_sort(choices.begin(), choices.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
     for (const auto& [size, choice] : choices) {
-        projection = choice;
-        if (orientation(t.corners[0], t.corners[1], t.corners[2], projection) != 0) return true;
+        t.projection = choice;
+        t.turns = orientation(t.corners[0], t.corners[1], t.corners[2], choice);
+        if (t.turns != 0) return true;
     }
     return false;
 }
 
-// Whether one of the triangle's sides has the points on its outer side, or on itself.
-template <typename Points> bool sidePartsFrom(const Triangle& t, const Points& points, const Projection& projection) {
-    const int inside = orientation(t.corners[0], t.corners[1], t.corners[2], projection);
+// Whether, seen so that the triangle is no line, one of its sides has the points beyond it: some may lie on its line,
+// but not all.
+template <typename Points> bool sidePartsFrom(const Triangle& t, const Points& points) {
     for (std::size_t k = 0; k < 3; ++k) {
-        const auto isOutside = [&](const Vec3& point) {
-            return inside * orientation(t.corners[k], t.corners[(k + 1) % 3], point, projection) <= 0;
-        };
-        if (std::all_of(points.begin(), points.end(), isOutside)) return true;
+        bool within = false;
+        bool beyond = false;
+        for (const Vec3& point : points) {
+            const int side = t.turns * orientation(t.corners[k], t.corners[(k + 1) % 3], point, t.projection);
+            within = within || side > 0;
+            beyond = beyond || side < 0;
+            if (within) break;
+        }
+        if (beyond && !within) return true;
     }
     return false;
-}
-
-bool areasOverlap(const Triangle& s, const Triangle& t) {
-    Projection projection;
-    findProjection(t, projection);
-    return !sidePartsFrom(s, t.corners, projection) && !sidePartsFrom(t, s.corners, projection);
 }
 
 // Whether a segment in the triangle's plane passes through its inside.
 bool passesThrough(const std::array<Vec3, 2>& segment, const Triangle& t) {
-    Projection projection;
-    findProjection(t, projection);
-    if (sidePartsFrom(t, segment, projection)) return false;
+    if (sidePartsFrom(t, segment)) return false;
     bool left = false;
     bool right = false;
     for (const Vec3& corner : t.corners) {
-        const int side = orientation(segment[0], segment[1], corner, projection);
+        const int side = orientation(segment[0], segment[1], corner, t.projection);
         left = left || side > 0;
         right = right || side < 0;
     }
@@ -261,9 +261,12 @@ void Search::count(bool deep, std::size_t i, std::size_t j) {
 void Search::look(std::size_t i, std::size_t j) {
     const Triangle& s = triangles[i];
     const Triangle& t = triangles[j];
+    // Most neighbours lie side by side, seen from where one of them is widest. Then they have nothing in common but
+    // what they share, in one plane or in two.
+    if (sidePartsFrom(s, t.corners) || sidePartsFrom(t, s.corners)) return;
     const Signs ofS = sidesOf(s, t);
     if (ofS == Signs{}) {
-        if (areasOverlap(s, t)) count(isDeeperThan(tolerance, s, t), i, j);
+        count(isDeeperThan(tolerance, s, t), i, j); // in one plane, and not side by side
         return;
     }
     if (countShared(s, t) == 2) return; // in two planes that meet in their edge
@@ -328,10 +331,10 @@ Crossings findCrossings(const SharedVertices& mesh, const std::vector<bool>& lef
     triangles.reserve(mesh.corners.size() / 3);
     for (std::size_t i = 0; i < mesh.corners.size(); i += 3) {
         if (leftOut[i / 3]) continue;
-        Triangle triangle{{mesh.corners[i], mesh.corners[i + 1], mesh.corners[i + 2]}, {}};
+        Triangle triangle;
+        triangle.vertices = {mesh.corners[i], mesh.corners[i + 1], mesh.corners[i + 2]};
         for (std::size_t k = 0; k < 3; ++k) triangle.corners[k] = positions[triangle.vertices[k]];
-        Projection ignored;
-        if (findProjection(triangle, ignored)) triangles.push_back(triangle);
+        if (findProjection(triangle)) triangles.push_back(triangle);
     }
 
     Search search(std::move(triangles), std::ldexp(tolerance, -exponent));

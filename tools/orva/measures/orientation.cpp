@@ -175,10 +175,16 @@ int orientation(const Vec3& a, const Vec3& b, const Vec3& c, const Vec3& d) {
 
 int orientation(const Vec3& a, const Vec3& b, const Vec3& c, const Projection& projection) {
     const auto [x, y] = projection;
-    const double left = (b.*x - a.*x) * (c.*y - a.*y);
-    const double right = (b.*y - a.*y) * (c.*x - a.*x);
+    const double bx = b.*x - a.*x;
+    const double by = b.*y - a.*y;
+    const double cx = c.*x - a.*x;
+    const double cy = c.*y - a.*y;
+    const double left = bx * cy;
+    const double right = by * cx;
     const double size = std::abs(left) + std::abs(right);
     if (size > smallestCertain && std::abs(left - right) > errorInPlane * size) return signOf(left - right);
+    if ((bx == 0.0 || cy == 0.0) && (by == 0.0 || cx == 0.0)) return 0; // two in one place, or all along an axis
+    if (bx == cx && by == cy) return 0;
     return determinant(difference(b.*x, a.*x), difference(b.*y, a.*y), difference(c.*x, a.*x), difference(c.*y, a.*y))
         .sign();
 }
