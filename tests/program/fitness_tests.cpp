@@ -311,6 +311,18 @@ TEST(Fitness, FarAway) {
                     " move the mesh to the origin (orva convert --move)"});
 }
 
+TEST(Fitness, OfAnySizeWhereTheUnitIsChosen) {
+    for (const double size : {1e-9, 1e-5, 1.0, 1e12}) {
+        const Fitness fitness = fitnessOf(boxTriangles({0, 0, 0}, {size, size, size}));
+        EXPECT_EQ(complaints(fitness, true), Lines()) << size;
+        EXPECT_EQ(complaints(fitness).empty(), size == 1.0) << size;
+    }
+    // What no unit helps.
+    EXPECT_EQ(complaints(fitnessOf(boxTriangles({-4e12, 0, 0}, {1 - 4e12, 1, 1})), true).size(), 1U);
+    const std::vector<Triangle> sheet{{{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}}, {{{0, 0, 0}, {1, 1, 0}, {0, 1, 0}}}};
+    EXPECT_EQ(complaints(fitnessOf(sheet + turned(sheet)), true).back(), "it encloses no volume; give it a thickness");
+}
+
 TEST(Fitness, BeyondWhatCanBeMultiplied) {
     const Lines found = complaintsOf(boxTriangles({0, 0, 0}, {1e300, 1e300, 1e300}));
     ASSERT_FALSE(found.empty());

@@ -315,7 +315,9 @@ std::vector<std::string> complaints(const Fitness& fitness, bool anySize) {
 
     const double thickness = 2.0 * std::abs(fitness.volume) / fitness.area; // of a plate with this volume and area
     const bool closed = fitness.openEdges == 0;
-    if (closed && !(thickness >= TOLERANCE)) {
+    // In a unit that suits the size, the mesh is about a thousand across.
+    const double tolerance = anySize ? std::min(TOLERANCE, 1e-3 * TOLERANCE * largestSide(fitness.box)) : TOLERANCE;
+    if (closed && !(thickness >= tolerance)) {
         found.emplace_back("it encloses no volume; give it a thickness");
     } else if (closed && fitness.volume < 0.0) {
         found.push_back(formatted("its volume is negative, %.4g: it is inside out; turn all of its triangles around",

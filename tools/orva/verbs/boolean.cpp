@@ -192,7 +192,7 @@ CLI::App* addBoolean(CLI::App& app, Command& command, const Boolean& boolean) {
     verb->footer(
         "Example:\n  " + boolean.example +
         "\n\nMeshes are closed, facing outward, and not crossing themselves. The result is closed by index, each edge "
-        "belonging to two triangles, and of no more triangles than it needs; what cannot be closed is a warning. The "
+        "belonging to two triangles, and of few triangles; what cannot be closed is a warning. The "
         "time in the summary is that of the operation alone, without reading and writing.");
     verb->callback([boolean, options, &command] {
         command = commandOf(boolean.verb, options->common,

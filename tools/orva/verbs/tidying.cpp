@@ -14,11 +14,12 @@ std::vector<CLI::Option*> addTidying(CLI::App& verb, Tidying& tidying) {
                         "of an input alone (none), those that were cut and their neighbours (cut), or any (all)")
             ->check(CLI::IsMember({"none", "cut", "all"}))
             ->capture_default_str();
-    CLI::Option* tolerance = verb.add_option("--tolerance", tidying.tolerance,
-                                             "how far apart may lie what should be one; without, the larger of 8e-6 "
-                                             "and 1e-9 of the size")
-                                 ->check(mustBeAboveZero)
-                                 ->type_name("LENGTH");
+    CLI::Option* tolerance =
+        verb.add_option("--tolerance", tidying.tolerance,
+                        "how far apart may lie what should be one, in the unit of the coordinates; "
+                        "without, as far as the cuts leave it apart")
+            ->check(mustBeAboveZero)
+            ->type_name("LENGTH");
     CLI::Option* closeGaps = verb.add_option("--close-gaps", tidying.closeGaps,
                                              "close gaps up to this width; without, only what is closer "
                                              "than the tolerance becomes one")
