@@ -82,16 +82,16 @@ std::vector<std::uint32_t> facesAround(const Surface& surface, const Adjacency& 
     return faces;
 }
 
-bool liesInPlane(const Surface& surface, const Loop& loop, const Vec3& normal, const Vec3& origin, double distance) {
+bool lieInPlane(const std::vector<Vec3>& points, const Vec3& normal, const Vec3& origin, double distance) {
     const double reach = distance * squareRoot(squaredLength(normal));
-    return std::all_of(loop.begin(), loop.end(), [&](std::uint32_t edge) {
-        return std::fabs(dot(normal, surface.points[surface.edges[edge].from] - origin)) <= reach;
-    });
+    return std::all_of(points.begin(), points.end(),
+                       [&](const Vec3& point) { return std::fabs(dot(normal, point - origin)) <= reach; });
 }
 
 } // namespace
 
-Loops closeLoopsOfFaces(Surface& surface, const std::vector<Vec3>& origins, double distance, double width) {
+Loops closeLoopsOfFaces(Surface& surface, const std::vector<Vec3>& origins, double distance,
+                        const MayBePiece& mayBePiece) {
     Loops closed;
     const std::vector<Loop> loops = findLoops(surface);
     if (loops.empty()) return closed;
@@ -104,20 +104,23 @@ Loops closeLoopsOfFaces(Surface& surface, const std::vector<Vec3>& origins, doub
     collect(around, surface, surface.points.size(),
             [&isOpen](const Edge& edge) { return isOpen[edge.from] ? edge.from : NONE; });
 
+    std::vector<Vec3> points;
     for (const Loop& loop : loops) {
+        points.clear();
+        for (const std::uint32_t edge : loop) points.push_back(surface.points[surface.edges[edge].from]);
         Vec3 sum;
         double length = 0.0;
-        const Vec3& origin = surface.points[surface.edges[loop[0]].from];
-        for (const std::uint32_t edge : loop) {
-            const Vec3 from = surface.points[surface.edges[edge].from] - origin;
-            const Vec3 to = surface.points[surface.edges[edge].to] - origin;
-            sum = sum + cross(from, to);
-            length += squareRoot(squaredLength(to - from));
+        for (std::size_t i = 0; i < points.size(); ++i) {
+            const Vec3& next = points[(i + 1) % points.size()];
+            sum = sum + cross(points[i] - points[0], next - points[0]);
+            length += squareRoot(squaredLength(next - points[i]));
         }
         const double twiceArea = squareRoot(squaredLength(sum));
-        if (!(twiceArea <= width * length)) continue;
         for (const std::uint32_t face : facesAround(surface, around, loop)) {
-            if (!liesInPlane(surface, loop, surface.faces[face].normal, origins[face], distance)) continue;
+            if (!lieInPlane(points, surface.faces[face].normal, origins[face], distance) ||
+                !mayBePiece(face, points, twiceArea / length)) {
+                continue;
+            }
             for (const std::uint32_t edge : loop) {
                 const auto added = static_cast<std::uint32_t>(surface.edges.size());
                 surface.edges.push_back({surface.edges[edge].to, surface.edges[edge].from, face, NONE, NONE});

@@ -4,6 +4,7 @@
 #include "tidy/surface.hpp"
 
 #include <cstdint>
+#include <functional>
 
 namespace orva::tidy {
 
@@ -14,9 +15,12 @@ struct Loops {
 
 /// Loops of open edges in the plane of one face beside them: the cuts lost a piece of that face there, or gave one
 /// twice. Puts the loop into the face, or takes it out, which is the same: each edge of it gets a match that belongs to
-/// the face. Only loops that are at most `width` wide on average: a hole that is meant to be one stays.
+/// the face. Only where `mayBePiece(face, points, width)` says that what these points surround, so wide on average, can
+/// be a piece of that face: a hole that is meant to be one stays.
 ///
-/// `distance` is how far from the plane a point of the loop may be.
-Loops closeLoopsOfFaces(Surface& surface, const std::vector<Vec3>& origins, double distance, double width);
+/// `origins` are points in the planes of the faces; `distance` is how far from the plane a point of the loop may be.
+using MayBePiece = std::function<bool(std::uint32_t face, const std::vector<Vec3>& points, double width)>;
+Loops closeLoopsOfFaces(Surface& surface, const std::vector<Vec3>& origins, double distance,
+                        const MayBePiece& mayBePiece);
 
 } // namespace orva::tidy

@@ -79,6 +79,8 @@ private:
     bool isUncut(std::size_t face, std::size_t firstEdge, std::size_t lastEdge) const;
     const types::Vertex* carrierOf(std::size_t face) const;
     void sew();
+    bool isOfInput(std::size_t face) const;
+    bool mayBePiece(std::uint32_t face, const std::vector<Vec3>& points, double width, double distance) const;
     void closeLoops(double distance);
     void closeGaps();
     void mergeFaces();
@@ -130,6 +132,11 @@ const types::Vertex* Tidier::carrierOf(std::size_t face) const {
     return &soup.vertices[3 * largest];
 }
 
+// Whether the face of the input is known.
+bool Tidier::isOfInput(std::size_t face) const {
+    return facts[face].carrier != &soup.vertices[3 * std::size_t{surface.faces[face].largest}];
+}
+
 // Whether a face's edges are those of a face of the input. Without the input, any triangle may be one.
 bool Tidier::isUncut(std::size_t face, std::size_t firstEdge, std::size_t lastEdge) const {
     if (lastEdge - firstEdge != 3 || origins.empty()) return false;
@@ -172,11 +179,31 @@ void Tidier::sew() {
     }
 }
 
+// A piece that was lost lies in its face of the input. Without the input, it is a sliver.
+bool Tidier::mayBePiece(std::uint32_t face, const std::vector<Vec3>& points, double width, double distance) const {
+    if (!isOfInput(face)) return width <= WIDEST_LOOP * tolerance;
+    const types::Vertex* triangle = facts[face].carrier;
+    const std::array<Vec3, 3> corners{inputs->scale * triangle[0].pos, inputs->scale * triangle[1].pos,
+                                      inputs->scale * triangle[2].pos};
+    const Vec3 normal = cross(corners[1] - corners[0], corners[2] - corners[0]);
+    for (std::size_t k = 0; k < 3; ++k) {
+        const Vec3 inward = cross(normal, corners[(k + 1) % 3] - corners[k]);
+        const double reach = distance * squareRoot(squaredLength(inward));
+        const bool all = std::all_of(points.begin(), points.end(),
+                                     [&](const Vec3& point) { return dot(inward, point - corners[k]) >= -reach; });
+        if (!all) return false;
+    }
+    return true;
+}
+
 void Tidier::closeLoops(double distance) {
     std::vector<Vec3> inPlane;
     inPlane.reserve(facts.size());
     for (const FaceFacts& face : facts) inPlane.push_back(face.origin);
-    const Loops loops = closeLoopsOfFaces(surface, inPlane, distance, WIDEST_LOOP * tolerance);
+    const Loops loops = closeLoopsOfFaces(surface, inPlane, distance,
+                                          [&](std::uint32_t face, const std::vector<Vec3>& points, double width) {
+                                              return mayBePiece(face, points, width, distance);
+                                          });
     report.loopsRemoved += loops.count;
     report.loopArea += loops.area;
 }
@@ -222,17 +249,15 @@ void Tidier::mergeFaces() {
 
 Corner Tidier::cornerAt(const Corners& corners, std::size_t corner, const Vec3& at) const {
     const std::uint32_t face = corners.face[corner];
-    const std::uint32_t largest = surface.faces[face].largest;
-    const types::Vertex* carrier = facts[face].carrier;
-    const bool isOfInput = inputs != nullptr && carrier != &soup.vertices[3 * std::size_t{largest}];
-    if (inputs != nullptr && !isOfInput) return {};
-    if (!isOfInput && corners.soup[corner] != NONE) {
-        const types::Vertex& vertex = soup.vertices[corners.soup[corner]];
-        return {vertex.normal, vertex.aux};
+    if (inputs != nullptr) {
+        if (!isOfInput(face)) return {}; // what the soup carries are marks
+        Corner carried = carriedAt(facts[face].carrier, at);
+        if (origins[surface.faces[face].largest].mesh >= inputs->firstFlipped) carried.normal = -1.0 * carried.normal;
+        return carried;
     }
-    Corner carried = carriedAt(carrier, at);
-    if (isOfInput && origins[largest].mesh >= inputs->firstFlipped) carried.normal = -1.0 * carried.normal;
-    return carried;
+    if (corners.soup[corner] == NONE) return carriedAt(facts[face].carrier, at);
+    const types::Vertex& vertex = soup.vertices[corners.soup[corner]];
+    return {vertex.normal, vertex.aux};
 }
 
 void Tidier::deliver(Solid& output, Triangles& triangles, const std::vector<std::uint32_t>& vertex) {
