@@ -21,7 +21,8 @@ template <typename Function> Function* find(HMODULE library, const char* name) {
 }
 
 int run(const char* path) {
-    for (const char* name : {"Orva_acc.dll", "libtbb12.dll"}) { // or that one would be taken, wherever it is
+    for (const char* name :
+         {"Orva_acc.dll", "Orva_tidy.dll", "libtbb12.dll"}) { // or that one would be taken, wherever it is
         if (GetModuleHandleA(name) != nullptr) throw std::runtime_error(std::string("loaded already: ") + name);
     }
     const HMODULE library =
