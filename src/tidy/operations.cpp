@@ -1,36 +1,235 @@
+// Operations with tidied results: mark the faces, choose a unit, combine, tidy.
+//
+// The tolerance of the operations is an absolute 1e-6, so the same part is cut well in one unit and badly in another.
+// Scaled by a power of two, no bit of a coordinate is lost. Scans want a large unit, in which 1e-6 is small beside
+// their triangles; a mesh whose corners were once rounded to single precision wants one in which that rounding is below
+// the tolerance. So the units below are tried in turn until a result closes.
 #include "orva/tidy.hpp"
+
+#include "orva/bspcsg.hpp"
+#include "tidy/pieces.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <functional>
+#include <limits>
+#include <stdexcept>
+#include <utility>
 
 namespace orva::tidy {
 
-types::Mesh<double> toSoup(const Solid& /*solid*/) {
-    return {};
+namespace {
+
+using Mesh = types::Mesh<double>;
+using Meshes = std::vector<Mesh>;
+
+// Powers of two near which the longest side of the inputs is put.
+constexpr std::array<int, 4> UNITS{10, 4, 12, 7};
+
+// A running result is tidied when it has become so many times as long as it last was: its own cuts cost every later
+// step.
+constexpr std::size_t GROWN = 2;
+
+// ---- Marks ----
+
+// A mesh whose corners carry the number of their mesh and of their face: equal values at a triangle's corners come
+// through every cut as they are.
+Mesh marked(const Mesh& mesh, std::size_t place, double scale) {
+    Mesh result;
+    result.vertices.reserve(mesh.vertices.size());
+    for (std::size_t i = 0; i < mesh.vertices.size(); ++i) {
+        const types::Vec3& p = mesh.vertices[i].pos;
+        result.vertices.push_back(
+            {{scale * p.x, scale * p.y, scale * p.z}, {}, {static_cast<double>(place), static_cast<double>(i / 3)}});
+    }
+    return result;
 }
-Report unionSolid(Solid& output, const std::vector<types::Mesh<double>>& /*meshes*/, const Options& /*options*/) {
-    output = {};
-    return {};
+
+std::uint32_t numberIn(double value) {
+    return value >= 0.0 && value < 4294967295.0 ? static_cast<std::uint32_t>(value) : UNKNOWN_ORIGIN.mesh;
 }
-Report intersectSolid(Solid& output, const std::vector<types::Mesh<double>>& /*meshes*/, const Options& /*options*/) {
-    output = {};
-    return {};
+
+std::vector<Origin> originsOf(const Mesh& soup) {
+    std::vector<Origin> origins;
+    origins.reserve(soup.vertices.size() / 3);
+    for (std::size_t i = 0; i + 2 < soup.vertices.size(); i += 3) {
+        const std::array<double, 2>& mark = soup.vertices[i].aux;
+        const Origin origin{numberIn(mark[0]), numberIn(mark[1])};
+        origins.push_back(origin.mesh == UNKNOWN_ORIGIN.mesh ? UNKNOWN_ORIGIN : origin);
+    }
+    return origins;
 }
-Report subtractSolid(Solid& output, const types::Mesh<double>& /*base*/,
-                     const std::vector<types::Mesh<double>>& /*cutters*/, Cutting /*cutting*/,
-                     const Options& /*options*/) {
-    output = {};
-    return {};
+
+// ---- A running result ----
+
+// What an operation of two makes of a running result, again and again, tidied in between where it has grown.
+class Running {
+public:
+    Running(Mesh first, const Inputs& ofInputs, const Options& withOptions)
+        : mesh(std::move(first)), inputs(ofInputs), options(withOptions), size(mesh.vertices.size()) {}
+
+    void combine(void (*operation)(Mesh& output, const Mesh& a, const Mesh& b), const Mesh& other) {
+        if (mesh.vertices.size() > GROWN * size) tidyNow();
+        Mesh result;
+        operation(result, mesh, other);
+        size = std::max(size, mesh.vertices.size()) + other.vertices.size();
+        mesh = std::move(result);
+    }
+
+    Mesh mesh;
+
+private:
+    void tidyNow() {
+        Solid solid;
+        tidyPieces(solid, mesh, originsOf(mesh), &inputs, options);
+        Mesh tidied;
+        tidied.vertices.reserve(3 * solid.faces.size());
+        for (std::size_t i = 0; i < solid.faces.size(); ++i) {
+            for (const std::uint32_t vertex : solid.faces[i]) {
+                const types::Vec3& p = solid.vertices[vertex];
+                tidied.vertices.push_back(
+                    {{inputs.scale * p.x, inputs.scale * p.y, inputs.scale * p.z},
+                     {},
+                     {static_cast<double>(solid.origins[i].mesh), static_cast<double>(solid.origins[i].face)}});
+            }
+        }
+        mesh = std::move(tidied);
+        size = mesh.vertices.size();
+    }
+
+    const Inputs& inputs;
+    const Options& options;
+    std::size_t size; ///< what it was when it was last tidied, and what came since
+};
+
+// ---- Units ----
+
+// The exponent of the power of two next above the longest side; no number where there is none.
+bool sizeOf(const std::vector<const Mesh*>& meshes, int& exponent) {
+    constexpr double inf = std::numeric_limits<double>::infinity();
+    std::array<double, 3> low{inf, inf, inf};
+    std::array<double, 3> high{-inf, -inf, -inf};
+    for (const Mesh* mesh : meshes) {
+        for (const types::Vertex& vertex : mesh->vertices) {
+            const std::array<double, 3> at{vertex.pos.x, vertex.pos.y, vertex.pos.z};
+            for (std::size_t k = 0; k < 3; ++k) {
+                low[k] = std::min(low[k], at[k]);
+                high[k] = std::max(high[k], at[k]);
+            }
+        }
+    }
+    const double size = std::max({high[0] - low[0], high[1] - low[1], high[2] - low[2]});
+    if (!(size > 0.0) || !std::isfinite(size)) return false;
+    std::frexp(size, &exponent);
+    return exponent > -900 && exponent < 900; // or scaling would lose bits
 }
-Report unionSolid(Solid& output, const std::vector<Solid>& /*meshes*/, const Options& /*options*/) {
-    output = {};
-    return {};
+
+bool isBetter(const Report& a, const Report& b) {
+    return a.openEdges != b.openEdges ? a.openEdges < b.openEdges : a.largestGap < b.largestGap;
 }
-Report intersectSolid(Solid& output, const std::vector<Solid>& /*meshes*/, const Options& /*options*/) {
-    output = {};
-    return {};
+
+using Combine = std::function<Mesh(const Meshes& marked, const Inputs& inputs)>;
+
+Report operate(Solid& output, const std::vector<const Mesh*>& meshes, std::size_t firstFlipped, const Options& options,
+               const Combine& combine) {
+    for (const Mesh* mesh : meshes) {
+        if (mesh->vertices.size() > 0x7FFFFFFF) throw std::length_error("vector too long");
+    }
+    std::vector<double> scales{1.0};
+    int exponent = 0;
+    if (options.scale && sizeOf(meshes, exponent)) {
+        scales.clear();
+        for (const int unit : UNITS) scales.push_back(std::ldexp(1.0, unit - exponent));
+    }
+    Solid best;
+    Report report;
+    for (const double scale : scales) {
+        const Inputs inputs{meshes, firstFlipped, scale};
+        Meshes all;
+        for (std::size_t i = 0; i < meshes.size(); ++i) all.push_back(marked(*meshes[i], i, scale));
+        const Mesh soup = combine(all, inputs);
+        Solid solid;
+        const Report tried = tidyPieces(solid, soup, originsOf(soup), &inputs, options);
+        if (scale != scales.front() && !isBetter(tried, report)) continue;
+        best = std::move(solid);
+        report = tried;
+        if (report.closed) break;
+    }
+    output = std::move(best);
+    return report;
 }
-Report subtractSolid(Solid& output, const Solid& /*base*/, const std::vector<Solid>& /*cutters*/, Cutting /*cutting*/,
-                     const Options& /*options*/) {
-    output = {};
-    return {};
+
+Report fold(Solid& output, const std::vector<const Mesh*>& meshes, const Options& options, std::size_t firstFlipped,
+            void (*operation)(Mesh& output, const Mesh& a, const Mesh& b)) {
+    return operate(output, meshes, firstFlipped, options, [&](const Meshes& all, const Inputs& inputs) {
+        if (all.empty()) return Mesh{};
+        Running running(all.front(), inputs, options);
+        for (std::size_t i = 1; i < all.size(); ++i) running.combine(operation, all[i]);
+        return std::move(running.mesh);
+    });
+}
+
+std::vector<const Mesh*> pointersTo(const Meshes& meshes) {
+    std::vector<const Mesh*> pointers;
+    for (const Mesh& mesh : meshes) pointers.push_back(&mesh);
+    return pointers;
+}
+
+Meshes soupsOf(const std::vector<Solid>& solids) {
+    Meshes soups;
+    for (const Solid& solid : solids) soups.push_back(toSoup(solid));
+    return soups;
+}
+
+} // namespace
+
+Mesh toSoup(const Solid& solid) {
+    Mesh soup;
+    soup.vertices.reserve(3 * solid.faces.size());
+    for (std::size_t i = 0; i < solid.faces.size(); ++i) {
+        for (std::size_t k = 0; k < 3; ++k) {
+            const Corner corner = i < solid.corners.size() ? solid.corners[i][k] : Corner{};
+            soup.vertices.push_back({solid.vertices[solid.faces[i][k]], corner.normal, corner.aux});
+        }
+    }
+    return soup;
+}
+
+Report unionSolid(Solid& output, const Meshes& meshes, const Options& options) {
+    return fold(output, pointersTo(meshes), options, meshes.size(), bspcsg::unionMesh);
+}
+
+Report intersectSolid(Solid& output, const Meshes& meshes, const Options& options) {
+    return fold(output, pointersTo(meshes), options, meshes.size(), bspcsg::intersectMesh);
+}
+
+Report subtractSolid(Solid& output, const Mesh& base, const Meshes& cutters, Cutting cutting, const Options& options) {
+    std::vector<const Mesh*> meshes = pointersTo(cutters);
+    meshes.insert(meshes.begin(), &base);
+    if (cutting == Cutting::InTurn || cutters.empty()) return fold(output, meshes, options, 1, bspcsg::subtractMesh);
+    return operate(output, meshes, 1, options, [&](const Meshes& all, const Inputs&) {
+        const Meshes others(all.begin() + 1, all.end());
+        Mesh result;
+        const bool parallel = cutting == Cutting::AsOneUnionParallel;
+        (parallel ? bspcsg::subtractMultiUnionMeshParallel : bspcsg::subtractMultiUnionMesh)(result, all.front(),
+                                                                                             others);
+        return result;
+    });
+}
+
+Report unionSolid(Solid& output, const std::vector<Solid>& meshes, const Options& options) {
+    return unionSolid(output, soupsOf(meshes), options);
+}
+
+Report intersectSolid(Solid& output, const std::vector<Solid>& meshes, const Options& options) {
+    return intersectSolid(output, soupsOf(meshes), options);
+}
+
+Report subtractSolid(Solid& output, const Solid& base, const std::vector<Solid>& cutters, Cutting cutting,
+                     const Options& options) {
+    return subtractSolid(output, toSoup(base), soupsOf(cutters), cutting, options);
 }
 
 } // namespace orva::tidy

@@ -1,0 +1,135 @@
+#include "tidy/loops.hpp"
+
+#include "tidy/adjacency.hpp"
+#include "tidy/open_edges.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <span>
+
+namespace orva::tidy {
+
+namespace {
+
+using Loop = std::vector<std::uint32_t>; // edges, each beginning where the one before ends
+
+// Simple loops, as they are met on the way from open edge to open edge. There is a way on from each point: as many open
+// edges lead into it as out of it.
+std::vector<Loop> findLoops(const Surface& surface) {
+    OpenEdges open;
+    open.collect(surface);
+    std::vector<Loop> loops;
+    std::vector<std::uint32_t> path;
+    std::vector<std::uint32_t> placeOnPath(surface.points.size(), NONE);
+    std::vector<std::vector<std::uint32_t>> ways; // of the points on the path, what is left
+    std::vector<std::uint32_t> out;
+    std::vector<bool> isUsed(surface.edges.size());
+    const auto follow = [&](std::uint32_t start) {
+        path.assign(1, start);
+        isUsed[start] = true;
+        placeOnPath[surface.edges[start].from] = 0;
+        while (!path.empty()) {
+            const std::uint32_t at = surface.edges[path.back()].to;
+            if (placeOnPath[at] != NONE) { // the path has come back to itself
+                const std::size_t first = placeOnPath[at];
+                loops.emplace_back(path.begin() + static_cast<std::ptrdiff_t>(first), path.end());
+                for (std::size_t i = first; i < path.size(); ++i) placeOnPath[surface.edges[path[i]].from] = NONE;
+                path.resize(first);
+                continue;
+            }
+            open.takeOutOf(surface, at, out);
+            std::erase_if(out, [&isUsed](std::uint32_t edge) { return isUsed[edge]; });
+            if (out.empty()) break; // cannot be, in a sum of loops
+            for (std::size_t i = out.size(); i-- > 1;) open.addOutOf(surface, out[i]);
+            placeOnPath[at] = static_cast<std::uint32_t>(path.size());
+            isUsed[out[0]] = true;
+            path.push_back(out[0]);
+        }
+        for (const std::uint32_t edge : path) placeOnPath[surface.edges[edge].from] = NONE;
+    };
+    for (std::size_t i = 0; i < surface.edges.size(); ++i) {
+        const Edge& edge = surface.edges[i];
+        if (isAlive(edge) && edge.twin == NONE && !isUsed[i]) follow(static_cast<std::uint32_t>(i));
+    }
+    return loops;
+}
+
+// The faces around, those first with which the loop has most to do.
+std::vector<std::uint32_t> facesAround(const Surface& surface, const Adjacency& around, const Loop& loop) {
+    std::vector<std::uint32_t> all;
+    for (const std::uint32_t edge : loop) {
+        const std::uint32_t point = surface.edges[edge].from;
+        for (std::size_t i = around.first[point]; i < around.first[point + 1]; ++i) {
+            all.push_back(surface.edges[around.edges[i]].face);
+        }
+    }
+    std::sort(all.begin(), all.end());
+    struct Candidate {
+        std::ptrdiff_t edges;
+        std::uint32_t face;
+    };
+    std::vector<Candidate> candidates;
+    for (auto first = all.begin(); first != all.end();) {
+        const auto last = std::upper_bound(first, all.end(), *first);
+        candidates.push_back({last - first, *first});
+        first = last;
+    }
+    std::stable_sort(candidates.begin(), candidates.end(),
+                     [](const Candidate& a, const Candidate& b) { return a.edges > b.edges; });
+    std::vector<std::uint32_t> faces;
+    for (const Candidate& candidate : candidates) faces.push_back(candidate.face);
+    return faces;
+}
+
+bool liesInPlane(const Surface& surface, const Loop& loop, const Vec3& normal, const Vec3& origin, double distance) {
+    const double reach = distance * squareRoot(squaredLength(normal));
+    return std::all_of(loop.begin(), loop.end(), [&](std::uint32_t edge) {
+        return std::fabs(dot(normal, surface.points[surface.edges[edge].from] - origin)) <= reach;
+    });
+}
+
+} // namespace
+
+Loops closeLoopsOfFaces(Surface& surface, const std::vector<Vec3>& origins, double distance, double width) {
+    Loops closed;
+    const std::vector<Loop> loops = findLoops(surface);
+    if (loops.empty()) return closed;
+
+    std::vector<bool> isOpen(surface.points.size());
+    for (const Loop& loop : loops) {
+        for (const std::uint32_t edge : loop) isOpen[surface.edges[edge].from] = true;
+    }
+    Adjacency around;
+    collect(around, surface, surface.points.size(),
+            [&isOpen](const Edge& edge) { return isOpen[edge.from] ? edge.from : NONE; });
+
+    for (const Loop& loop : loops) {
+        Vec3 sum;
+        double length = 0.0;
+        const Vec3& origin = surface.points[surface.edges[loop[0]].from];
+        for (const std::uint32_t edge : loop) {
+            const Vec3 from = surface.points[surface.edges[edge].from] - origin;
+            const Vec3 to = surface.points[surface.edges[edge].to] - origin;
+            sum = sum + cross(from, to);
+            length += squareRoot(squaredLength(to - from));
+        }
+        const double twiceArea = squareRoot(squaredLength(sum));
+        if (!(twiceArea <= width * length)) continue;
+        for (const std::uint32_t face : facesAround(surface, around, loop)) {
+            if (!liesInPlane(surface, loop, surface.faces[face].normal, origins[face], distance)) continue;
+            for (const std::uint32_t edge : loop) {
+                const auto added = static_cast<std::uint32_t>(surface.edges.size());
+                surface.edges.push_back({surface.edges[edge].to, surface.edges[edge].from, face, NONE, NONE});
+                match(surface, edge, added);
+            }
+            surface.faces[face].whole = false;
+            ++closed.count;
+            closed.area += 0.5 * twiceArea;
+            break;
+        }
+    }
+    return closed;
+}
+
+} // namespace orva::tidy

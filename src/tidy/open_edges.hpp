@@ -1,0 +1,38 @@
+// The edges that have no match yet, by the points at their ends.
+#pragma once
+
+#include "tidy/surface.hpp"
+
+#include <cstdint>
+#include <vector>
+
+namespace orva::tidy {
+
+/// Lists of edges, threaded through two arrays. An edge that gets a match leaves its lists when somebody comes by.
+class OpenEdges {
+public:
+    /// The open edges of a surface. Memory is kept from one use to the next.
+    void collect(const Surface& surface);
+
+    /// Takes the open edges into a point, or out of it, off their lists and puts them into `list` instead of what it
+    /// held.
+    void takeInto(const Surface& surface, std::uint32_t point, std::vector<std::uint32_t>& list);
+    void takeOutOf(const Surface& surface, std::uint32_t point, std::vector<std::uint32_t>& list);
+
+    /// Puts an edge, which is on no such list, on the list of the point at its end, or at its beginning.
+    void addInto(const Surface& surface, std::uint32_t edge);
+    void addOutOf(const Surface& surface, std::uint32_t edge);
+
+private:
+    std::vector<std::uint32_t> firstIn;  ///< by point
+    std::vector<std::uint32_t> firstOut; ///< by point
+    std::vector<std::uint32_t> nextIn;   ///< by edge
+    std::vector<std::uint32_t> nextOut;  ///< by edge
+};
+
+/// Matches each open edge with an open one in the opposite direction between the same points. Where there are several:
+/// one of the same face first, so that what is inside a face is no border; then the one behind the smallest angle
+/// through the solid, so that solids that touch along an edge stay apart.
+void matchOpposite(Surface& surface);
+
+} // namespace orva::tidy

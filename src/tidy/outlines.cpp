@@ -1,0 +1,158 @@
+#include "tidy/outlines.hpp"
+
+#include "tidy/open_edges.hpp"
+#include "tidy/point_table.hpp"
+#include "tidy/straighten.hpp"
+#include "tidy/zip.hpp"
+
+#include <array>
+#include <cstddef>
+#include <utility>
+
+namespace orva::tidy {
+
+namespace {
+
+class Outliner {
+public:
+    Outliner(Surface& intoSurface, const types::Mesh<double>& ofSoup, double atRadius)
+        : surface(intoSurface), soup(ofSoup), radius(atRadius) {
+        all.clear(surface.faces.size());
+    }
+
+    void add(std::uint32_t face);
+
+    PointTable all; ///< the points of the surface
+
+private:
+    const types::Vertex* pieceOf(const Face& face, std::size_t i) const {
+        return &soup.vertices[3 * std::size_t{surface.order[face.first + i]}];
+    }
+    void measure(Face& face) const;
+    bool addPieces(const Face& face);
+    bool isEveryPointOpen();
+    void straightenAll();
+    void take(std::uint32_t face);
+
+    Surface& surface;
+    const types::Mesh<double>& soup;
+    double radius;
+
+    Surface local; ///< one face
+    PointTable table;
+    Zipper zipper;
+    std::vector<std::uint32_t> next;
+    std::vector<std::uint32_t> in;
+    std::vector<std::uint32_t> out;
+    std::vector<std::uint32_t> global; ///< by local point
+};
+
+constexpr std::uint32_t SEVERAL = NONE - 1;
+
+void Outliner::measure(Face& face) const {
+    double most = -1.0;
+    for (std::size_t i = 0; i < face.count; ++i) {
+        const types::Vertex* piece = pieceOf(face, i);
+        const Vec3 normal = cross(piece[1].pos - piece[0].pos, piece[2].pos - piece[0].pos);
+        const double square = squaredLength(normal);
+        face.area += squareRoot(square);
+        if (!(square > most)) continue;
+        most = square;
+        face.normal = normal;
+        face.largest = surface.order[face.first + i];
+    }
+}
+
+// Whether all have area and face the same way.
+bool Outliner::addPieces(const Face& face) {
+    bool sound = true;
+    local.edges.clear();
+    table.clear(3 * std::size_t{face.count});
+    for (std::size_t i = 0; i < face.count; ++i) {
+        const types::Vertex* piece = pieceOf(face, i);
+        const auto corner = static_cast<std::uint32_t>(piece - soup.vertices.data());
+        std::array<std::uint32_t, 3> number{};
+        for (std::size_t k = 0; k < 3; ++k) number[k] = table.numberOf(piece[k].pos);
+        for (std::uint32_t k = 0; k < 3; ++k) {
+            const std::uint32_t to = number[(k + 1) % 3];
+            if (number[k] != to) local.edges.push_back({number[k], to, 0, NONE, corner + k});
+        }
+        const Vec3 normal = cross(piece[1].pos - piece[0].pos, piece[2].pos - piece[0].pos);
+        sound = sound && dot(normal, face.normal) > 0.0;
+    }
+    std::swap(local.points, table.points());
+    return sound;
+}
+
+bool Outliner::isEveryPointOpen() {
+    out.assign(local.points.size(), NONE);
+    std::size_t count = 0;
+    for (const Edge& edge : local.edges) {
+        if (edge.twin != NONE || out[edge.from] != NONE) continue;
+        out[edge.from] = 0;
+        ++count;
+    }
+    return count == local.points.size();
+}
+
+void Outliner::straightenAll() {
+    in.assign(local.points.size(), NONE);
+    out.assign(local.points.size(), NONE);
+    for (std::size_t i = 0; i < local.edges.size(); ++i) {
+        const Edge& edge = local.edges[i];
+        if (!isAlive(edge) || edge.twin != NONE) continue;
+        in[edge.to] = in[edge.to] == NONE ? static_cast<std::uint32_t>(i) : SEVERAL;
+        out[edge.from] = out[edge.from] == NONE ? static_cast<std::uint32_t>(i) : SEVERAL;
+    }
+    next.assign(local.edges.size(), NONE);
+    bool any = false;
+    for (std::size_t p = 0; p < local.points.size(); ++p) {
+        if (in[p] >= SEVERAL || out[p] >= SEVERAL) continue;
+        const Vec3& before = local.points[local.edges[in[p]].from];
+        const Vec3& behind = local.points[local.edges[out[p]].to];
+        if (!(squaredDistance(local.points[p], before, behind) <= radius * radius)) continue;
+        next[in[p]] = out[p];
+        any = true;
+    }
+    if (any) straighten(local, next, radius);
+}
+
+// What is open of the local edges becomes edges of the surface.
+void Outliner::take(std::uint32_t face) {
+    global.assign(local.points.size(), NONE);
+    for (const Edge& edge : local.edges) {
+        if (!isAlive(edge) || edge.twin != NONE) continue;
+        for (const std::uint32_t point : {edge.from, edge.to}) {
+            if (global[point] == NONE) global[point] = all.numberOf(local.points[point]);
+        }
+        surface.edges.push_back({global[edge.from], global[edge.to], face, NONE, edge.corner});
+    }
+}
+
+void Outliner::add(std::uint32_t number) {
+    Face& face = surface.faces[number];
+    measure(face);
+    bool whole = addPieces(face);
+    if (face.count > 1) {
+        local.faces.assign(1, {});
+        local.faces[0].whole = true;
+        matchOpposite(local);
+        whole = whole && isEveryPointOpen();
+        zipper.zip(local, radius);
+        straightenAll();
+        whole = whole && local.faces[0].whole;
+    }
+    face.whole = whole;
+    take(number);
+    std::swap(local.points, table.points());
+}
+
+} // namespace
+
+void makeOutlines(Surface& surface, const types::Mesh<double>& soup, double radius) {
+    Outliner outliner(surface, soup, radius);
+    for (std::size_t i = 0; i < surface.faces.size(); ++i) outliner.add(static_cast<std::uint32_t>(i));
+    surface.points = std::move(outliner.all.points());
+}
+
+} // namespace orva::tidy
