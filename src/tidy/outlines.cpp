@@ -32,7 +32,7 @@ private:
     void prefetch(std::size_t place) const;
     void measure(Face& face) const;
     bool addPieces(const Face& face);
-    bool isEveryPointOpen();
+    std::uint32_t countOpenEdges();
     void straightenAll();
     void take(std::uint32_t face);
 
@@ -99,15 +99,19 @@ bool Outliner::addPieces(const Face& face) {
     return sound;
 }
 
-bool Outliner::isEveryPointOpen() {
+// 0 where a point has none.
+std::uint32_t Outliner::countOpenEdges() {
     out.assign(local.points.size(), NONE);
-    std::size_t count = 0;
+    std::size_t points = 0;
+    std::uint32_t edges = 0;
     for (const Edge& edge : local.edges) {
-        if (edge.twin != NONE || out[edge.from] != NONE) continue;
+        if (edge.twin != NONE) continue;
+        ++edges;
+        if (out[edge.from] != NONE) continue;
         out[edge.from] = 0;
-        ++count;
+        ++points;
     }
-    return count == local.points.size();
+    return points == local.points.size() ? edges : 0;
 }
 
 void Outliner::straightenAll() {
@@ -152,10 +156,12 @@ void Outliner::add(std::uint32_t number) {
         local.faces.assign(1, {});
         local.faces[0].whole = true;
         matcher.matchOpposite(local);
-        whole = whole && isEveryPointOpen();
+        face.border = whole ? countOpenEdges() : 0;
         zipper.zip(local, radius);
         straightenAll();
-        whole = whole && local.faces[0].whole;
+        whole = face.border > 0 && local.faces[0].whole;
+    } else if (whole) {
+        face.border = 3;
     }
     face.whole = whole;
     take(number);

@@ -33,6 +33,8 @@ struct Face {
     /// Whether the pieces, as they are, divide what the face's edges surround with no corner inside or between: then
     /// they stay, bit for bit. Every change of an edge ends it.
     bool whole = false;
+    /// How many edges the pieces have around them as they came, where they could stay if those came back; else 0.
+    std::uint32_t border = 0;
 };
 
 struct Surface {

@@ -30,6 +30,7 @@
 #include "tidy/outlines.hpp"
 #include "tidy/pieces.hpp"
 #include "tidy/regions.hpp"
+#include "tidy/restore.hpp"
 #include "tidy/triangulate.hpp"
 #include "tidy/umbrellas.hpp"
 #include "tidy/weld.hpp"
@@ -353,6 +354,7 @@ void Tidier::run(Solid& output) {
     sew();
     closeLoops(tolerance);
     closeGaps();
+    restoreWholeFaces(surface, soup);
     mergeFaces();
     report.movedByDrop = simplifyChains(surface, region, isCut, tolerance);
     Triangles triangles = triangulate(surface, region, soup);
