@@ -41,6 +41,7 @@ private:
     Vec2 projected(std::uint32_t point) const;
     void addLoops(std::uint32_t of);
     std::uint32_t edgeBehind(std::uint32_t edge) const;
+    void matchAcrossPairs();
     void flipAll(std::uint32_t first);
     bool shouldFlip(std::uint32_t corner) const;
     void flip(std::uint32_t corner);
@@ -57,6 +58,8 @@ private:
     std::vector<std::uint32_t> nextOut;  ///< by edge: another one out of the same point
     std::vector<std::uint32_t> wire;     ///< the first corner at an inner side, until the second comes
     std::vector<bool> isUsed;            ///< by edge
+    std::vector<std::uint32_t> pairs;    ///< edges that run back and forth with nothing between: two by two
+    std::vector<std::uint32_t> loop;
     std::vector<std::uint32_t> waiting;
     Fit fit;
     EarCutter cutter;
@@ -186,13 +189,38 @@ void Triangulator::addLoops(std::uint32_t of) {
     for (std::size_t i = first; i < last; ++i) {
         if (isUsed[border.edges[i]]) continue;
         const std::uint32_t start = surface.edges[border.edges[i]].from;
+        loop.clear();
         for (std::uint32_t edge = border.edges[i]; edge != NONE; edge = edgeBehind(edge)) {
             isUsed[edge] = true;
-            const std::uint32_t point = surface.edges[edge].from;
-            cutter.addCorner(projected(point), point, edge, edge);
+            loop.push_back(edge);
             if (surface.edges[edge].to == start) break;
         }
+        if (loop.size() == 2) { // there is no triangle in it that its neighbours could be matched with
+            pairs.insert(pairs.end(), loop.begin(), loop.end());
+            continue;
+        }
+        for (const std::uint32_t edge : loop) {
+            const std::uint32_t point = surface.edges[edge].from;
+            cutter.addCorner(projected(point), point, edge, edge);
+        }
         cutter.endLoop();
+    }
+}
+
+// What lies behind the two edges of a pair becomes neighbours, across as many pairs as lie side by side.
+void Triangulator::matchAcrossPairs() {
+    if (pairs.empty()) return;
+    std::vector<std::uint32_t> other(surface.edges.size(), NONE);
+    for (std::size_t i = 0; i < pairs.size(); i += 2) {
+        other[pairs[i]] = pairs[i + 1];
+        other[pairs[i + 1]] = pairs[i];
+    }
+    for (const std::uint32_t first : pairs) {
+        const std::uint32_t behind = surface.edges[first].twin;
+        if (behind == NONE || cornerOf[behind] == NONE) continue;
+        std::uint32_t across = first;
+        while (across != NONE && other[across] != NONE) across = surface.edges[other[across]].twin;
+        if (across != NONE && cornerOf[across] != NONE) matchCorners(cornerOf[behind], cornerOf[across]);
     }
 }
 
@@ -200,6 +228,7 @@ void Triangulator::addEars(std::uint32_t of) {
     project(surface.faces[of].normal);
     cutter.clear();
     addLoops(of);
+    if (cutter.nodes.empty()) return;
     cutter.cut();
     result.forcedEars += cutter.forced;
 
@@ -308,6 +337,7 @@ Triangles Triangulator::run() {
             addEars(of);
         }
     }
+    matchAcrossPairs();
     return std::move(result);
 }
 
