@@ -26,9 +26,8 @@
 ///    The volume is kept accordingly.
 ///  - A soup whose edges meet within the tolerance closes by index. What is open stays open and is counted: nothing is
 ///    filled that is not a piece of one face, unless a gap width is given.
-///  - The result is no worse than the soup: a triangle with a corner that is not finite, or a coordinate over 1e75,
-///  comes
-///    back as it was.
+///  - The result is no worse than the soup: a triangle with a coordinate that is not finite, or over 1e75, comes back
+///    as it was.
 ///
 /// Memory: all in standard vectors, the host's to keep and drop. Thrown: std::bad_alloc; std::length_error ("vector too
 /// long") for 2^31 corners or more. The output is then as it was.
