@@ -32,7 +32,7 @@ private:
     void prefetch(std::size_t place) const;
     void measure(Face& face) const;
     bool addPieces(const Face& face);
-    std::uint32_t countOpenEdges();
+    std::uint32_t countBorder();
     void straightenAll();
     void take(std::uint32_t face);
 
@@ -99,19 +99,19 @@ bool Outliner::addPieces(const Face& face) {
     return sound;
 }
 
-// 0 where a point has none.
-std::uint32_t Outliner::countOpenEdges() {
+// How many sides have no opposite one; 0 where a corner has none of them, and so lies inside.
+std::uint32_t Outliner::countBorder() {
     out.assign(local.points.size(), NONE);
-    std::size_t points = 0;
-    std::uint32_t edges = 0;
+    std::size_t reached = 0;
+    std::uint32_t count = 0;
     for (const Edge& edge : local.edges) {
         if (edge.twin != NONE) continue;
-        ++edges;
+        ++count;
         if (out[edge.from] != NONE) continue;
         out[edge.from] = 0;
-        ++points;
+        ++reached;
     }
-    return points == local.points.size() ? edges : 0;
+    return reached == local.points.size() ? count : 0;
 }
 
 void Outliner::straightenAll() {
@@ -151,19 +151,16 @@ void Outliner::take(std::uint32_t face) {
 void Outliner::add(std::uint32_t number) {
     Face& face = surface.faces[number];
     measure(face);
-    bool whole = addPieces(face);
+    face.isSound = addPieces(face);
+    face.border = 3;
     if (face.count > 1) {
         local.faces.assign(1, {});
-        local.faces[0].whole = true;
         matcher.matchOpposite(local);
-        face.border = whole ? countOpenEdges() : 0;
+        face.border = countBorder();
+        face.isSound = face.isSound && face.border > 0;
         zipper.zip(local, radius);
         straightenAll();
-        whole = face.border > 0 && local.faces[0].whole;
-    } else if (whole) {
-        face.border = 3;
     }
-    face.whole = whole;
     take(number);
     std::swap(local.points, table.points());
 }
