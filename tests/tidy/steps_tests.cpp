@@ -29,7 +29,6 @@ struct Built : Surface {
         const auto face = static_cast<std::uint32_t>(faces.size());
         faces.push_back({});
         faces.back().normal = {0, 0, 1};
-        faces.back().whole = true;
         for (const std::uint32_t* p = loop.begin(); p != loop.end(); ++p) {
             edges.push_back({*p, p + 1 == loop.end() ? *loop.begin() : p[1], face, NONE, NONE});
         }
@@ -109,8 +108,6 @@ TEST(Straighten, TakesOutWhatALineDoesNotNeedOnBothSides) {
     EXPECT_EQ(countOpen(surface), 4U);
     expectSound(surface);
     expectLoops(surface);
-    EXPECT_FALSE(surface.faces[0].whole);
-    EXPECT_FALSE(surface.faces[1].whole);
 }
 
 TEST(Straighten, KeepsWhatIsFartherThanTheRadiusFromWhatStays) {
@@ -121,7 +118,6 @@ TEST(Straighten, KeepsWhatIsFartherThanTheRadiusFromWhatStays) {
     Straightener straightener;
     EXPECT_EQ(straightener.straighten(surface, next, 1e-4), 0.0);
     EXPECT_EQ(countAlive(surface), 4U);
-    EXPECT_TRUE(surface.faces[0].whole);
     EXPECT_GT(straightener.straighten(surface, next, 1e-2), 0.0);
     EXPECT_EQ(countAlive(surface), 3U);
 }
