@@ -84,7 +84,7 @@ private:
     void mergeFaces();
     void deliver(Solid& output, Triangles& triangles, const std::vector<std::uint32_t>& vertex);
     Corner cornerAt(const Corners& corners, std::size_t corner, const Vec3& at) const;
-    void measure(const Solid& solid, const Triangles& triangles);
+    void measure(const Triangles& triangles);
 
     const types::Mesh<double>& soup;
     const std::vector<Origin>& origins;
@@ -295,7 +295,7 @@ void Tidier::deliver(Solid& output, Triangles& triangles, const std::vector<std:
     }
 }
 
-void Tidier::measure(const Solid& solid, const Triangles& triangles) {
+void Tidier::measure(const Triangles& triangles) {
     const double back = inputs == nullptr ? 1.0 : 1.0 / inputs->scale;
     const Corners& corners = triangles.corners;
     std::vector<Segment> open;
@@ -334,7 +334,6 @@ void Tidier::measure(const Solid& solid, const Triangles& triangles) {
         }
     }
     report.pieces += left.size();
-    (void)solid;
 }
 
 void Tidier::run(Solid& output) {
@@ -361,7 +360,7 @@ void Tidier::run(Solid& output) {
     std::vector<std::uint32_t> vertex;
     splitUmbrellas(triangles, surface, vertex);
     deliver(output, triangles, vertex);
-    measure(output, triangles);
+    measure(triangles);
 }
 
 } // namespace

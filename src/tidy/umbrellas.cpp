@@ -47,10 +47,11 @@ private:
         do {
             vertex[corner] = number;
             corner = corners.twin[previousCorner(corner)];
-        } while (corner != NONE && corner != first);
-        if (corner == first) return;
+        } while (corner != NONE && vertex[corner] == NONE);
+        if (corner != NONE) return;
         for (std::uint32_t across = corners.twin[first]; across != NONE; across = corners.twin[corner]) {
             corner = nextCorner(across);
+            if (vertex[corner] != NONE) return;
             vertex[corner] = number;
         }
     }
