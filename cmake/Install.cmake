@@ -1,5 +1,5 @@
-# What cmake --install puts where, in four components: library (with the scheduler's DLL on Windows), program, headers (and
-# what builds find the library by), licences. All of it may be moved as a whole afterwards: nothing holds an absolute path.
+# What cmake --install puts where, in four components: library (both, with the scheduler's DLL on Windows), program, headers (and
+# what builds find the libraries by), licences. All of it may be moved as a whole afterwards: nothing holds an absolute path.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -11,9 +11,9 @@ else()
   set(docdir ${CMAKE_INSTALL_DATAROOTDIR}/doc/orva-acc)
 endif()
 
-# ---- library and program ----
+# ---- libraries and program ----
 
-install(TARGETS Orva_acc EXPORT Orva_acc
+install(TARGETS Orva_acc Orva_tidy EXPORT Orva_acc
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT headers
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT headers
@@ -34,22 +34,25 @@ endif()
 # MSVC's linker and LLVM's take short import libraries, which MinGW's linker does not make; and only C names mean anything to
 # them. LLVM's tool makes one out of a list of names. Without that tool only MinGW's own import library is installed.
 if(MINGW)
-  file(STRINGS ${exports} c_names REGEX "^ +orva_")
-  list(JOIN c_names "\n" c_names)
-  set(c_exports ${PROJECT_BINARY_DIR}/lib/Orva_acc.def)
-  file(CONFIGURE OUTPUT ${c_exports} CONTENT "LIBRARY Orva_acc.dll\nEXPORTS\n${c_names}\n" @ONLY)
-  install(FILES ${c_exports} DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT headers)
+  find_program(ORVA_LLVM_DLLTOOL NAMES llvm-dlltool-14 llvm-dlltool DOC "Makes the import libraries for MSVC's linker")
+  foreach(library Orva_acc Orva_tidy)
+    get_target_property(exports ${library} ORVA_EXPORTS)
+    file(STRINGS ${exports} c_names REGEX "^ +orva_")
+    list(JOIN c_names "\n" c_names)
+    set(c_exports ${PROJECT_BINARY_DIR}/lib/${library}.def)
+    file(CONFIGURE OUTPUT ${c_exports} CONTENT "LIBRARY ${library}.dll\nEXPORTS\n${c_names}\n" @ONLY)
+    install(FILES ${c_exports} DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT headers)
 
-  find_program(ORVA_LLVM_DLLTOOL NAMES llvm-dlltool-14 llvm-dlltool DOC "Makes the import library for MSVC's linker")
-  if(ORVA_LLVM_DLLTOOL)
-    add_custom_command(TARGET Orva_acc POST_BUILD
-      COMMAND ${ORVA_LLVM_DLLTOOL} -m i386:x86-64 -d ${c_exports} -l ${PROJECT_BINARY_DIR}/lib/Orva_acc.lib
-      BYPRODUCTS ${PROJECT_BINARY_DIR}/lib/Orva_acc.lib)
-    install(FILES ${PROJECT_BINARY_DIR}/lib/Orva_acc.lib DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT headers)
-  endif()
+    if(ORVA_LLVM_DLLTOOL)
+      add_custom_command(TARGET ${library} POST_BUILD
+        COMMAND ${ORVA_LLVM_DLLTOOL} -m i386:x86-64 -d ${c_exports} -l ${PROJECT_BINARY_DIR}/lib/${library}.lib
+        BYPRODUCTS ${PROJECT_BINARY_DIR}/lib/${library}.lib)
+      install(FILES ${PROJECT_BINARY_DIR}/lib/${library}.lib DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT headers)
+    endif()
+  endforeach()
 endif()
 
-# ---- headers, and what builds find the library by ----
+# ---- headers, and what builds find the libraries by ----
 
 install(DIRECTORY include/orva DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT headers)
 
@@ -63,12 +66,16 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/Orva_accConfig.cmake ${CMAKE_CURRENT_B
 
 file(RELATIVE_PATH to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" to_prefix ${to_prefix})
-set(link_name Orva_acc)
-if(MINGW) # by its whole name: with -static the linker would pass it over, and take the one for MSVC, which has no C++ names
-  set(link_name :libOrva_acc.dll.a)
-endif()
-configure_file(cmake/install/orva_acc.pc.in orva_acc.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/orva_acc.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT headers)
+function(orva_install_pkg_config module library description requires)
+  set(link_name ${library})
+  if(MINGW) # by its whole name: with -static the linker would pass it over, and take the one for MSVC, which has no C++ names
+    set(link_name :lib${library}.dll.a)
+  endif()
+  configure_file(cmake/install/library.pc.in ${module}.pc @ONLY)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${module}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT headers)
+endfunction()
+orva_install_pkg_config(orva_acc Orva_acc "${PROJECT_DESCRIPTION}" "")
+orva_install_pkg_config(orva_tidy Orva_tidy "Results of Orva_acc closed by index, with few triangles" orva_acc)
 
 # ---- licences, and first steps ----
 

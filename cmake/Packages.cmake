@@ -1,5 +1,5 @@
 # What scripts/package asks CPack for: a zip on Windows; a tar.gz and a Debian package on Linux. One package holds everything,
-# because all of it is small: the library, the program, and what other builds need.
+# because all of it is small: the libraries, the program, and what other builds need.
 
 set(CPACK_PACKAGE_NAME orva-acc)
 set(CPACK_PACKAGE_VENDOR Orva_acc)
@@ -25,8 +25,8 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Union, difference and intersection of two meshes, or of one and many:
-the library, the program orva, and what is needed to build with it in C
-and in C++. The same input gives the same bits on every platform.")
+the libraries, the program orva, and what is needed to build with them in
+C and in C++. The same input gives the same bits on every platform.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON) # libtbb12 and the C and C++ libraries, in the versions that the files ask for
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/bin) # the program's own library is in no package yet
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)

@@ -37,8 +37,8 @@ default_role = "code"
 
 # What there is nothing to link to.
 nitpick_ignore_regex = [
-    ("(c|cpp):identifier", r"u?int\d+_t|std(::.*)?|orva(::bspcsg|::types|::c)?|types(::Mesh<double>)?"),
-    ("cpp:identifier", r"VertexD|MeshD"),  # those are on the page of C
+    ("(c|cpp):identifier", r"u?int\d+_t|std(::.*)?|orva(::bspcsg|::types|::c|::tidy)?|types(::Mesh<double>)?"),
+    ("cpp:identifier", r"VertexD|MeshD|Orva(Tidy)?\w+"),  # those are on the page of C
     ("cpp:identifier", r"detail(::.*)?"),
     ("py:class", r".*"),
     ("py:data", r".*"),

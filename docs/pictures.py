@@ -85,7 +85,7 @@ def orva(*arguments):
 def combine(verb, name, *inputs):
     path = MESHES / f"{name}.off"
     options = ["--mode", "union"] if verb == "subtract" else []
-    orva(verb, *inputs, "-o", path, *options)
+    orva(verb, *inputs, "-o", path, "--raw", *options)  # the pages explain what the library itself gives
     return path
 
 

@@ -38,7 +38,10 @@ enum {
     ORVA_TIDY_NOT_CLOSED = 1,    /**< the output is there, and open where the report says */
     ORVA_TIDY_OUT_OF_MEMORY = 2, /**< nothing was made */
     ORVA_TIDY_TOO_LARGE = 3,     /**< more than 2^31 - 1 vertices or faces; nothing was made */
-    ORVA_TIDY_BAD_ARGUMENT = 4   /**< a null pointer, a negative count, an index out of range, an option that is none */
+    /** A null pointer where there should be a record or an array, a negative count, an index out of range, an option
+     * that is none; a tolerance or gap width that is negative or not finite. Nothing was made. */
+    ORVA_TIDY_BAD_ARGUMENT = 4,
+    ORVA_TIDY_FAILED = 5 /**< the task scheduler failed in some other way; nothing was made */
 };
 
 /** Where a face came from. Both 0xFFFFFFFF where that could not be told. */
@@ -73,7 +76,10 @@ typedef struct OrvaSolid {
 /** Which coplanar neighbours become one face. */
 enum { ORVA_TIDY_MERGE_NONE = 0, ORVA_TIDY_MERGE_CUT = 1, ORVA_TIDY_MERGE_ALL = 2 };
 
-/** In which way many cutters are subtracted. */
+/**
+ * In which way many cutters are subtracted. The parallel union has the limits of
+ * orva_bspcsg_subtract_multi_union_mesh_parallel.
+ */
 enum { ORVA_TIDY_IN_TURN = 0, ORVA_TIDY_AS_ONE_UNION = 1, ORVA_TIDY_AS_ONE_UNION_PARALLEL = 2 };
 
 /** See orva::tidy::Options. Null wherever options are taken stands for those of orva_tidy_default_options. */

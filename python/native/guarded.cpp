@@ -1,4 +1,5 @@
-// What the Python package calls instead of the C interface itself: the same operations, with a code where those throw.
+// What the Python package calls instead of the C interfaces themselves: the same operations, with a code where those
+// throw. Those of orva/tidy.h never do; here their threads are prepared, and the parallel union always returns.
 //
 // note: a C++ exception that meets the frames of an interpreter finds nobody there to catch it, and ends the process.
 // Here it ends, in a C++ frame, and goes on as a number and a text.
@@ -57,6 +58,29 @@ void call(int32_t operation, MeshD* output, const MeshD* base, const MeshD* othe
     throw std::invalid_argument("no such operation");
 }
 
+OrvaTidyStatus tidy(int32_t operation, OrvaSolid* output, OrvaTidyReport* report, const MeshD* meshes, int32_t count,
+                    const OrvaTidyOptions* options) {
+    const auto subtract = [=](int32_t cutting) {
+        return orva_tidy_subtract(output, report, meshes, meshes + 1, count - 1, cutting, options);
+    };
+    switch (operation) {
+    case OrvaGuardedUnion:
+        return orva_tidy_union(output, report, meshes, count, options);
+    case OrvaGuardedIntersect:
+        return orva_tidy_intersect(output, report, meshes, count, options);
+    case OrvaGuardedSubtract:
+    case OrvaGuardedSubtractInTurn:
+        return subtract(ORVA_TIDY_IN_TURN);
+    case OrvaGuardedSubtractUnion:
+        return subtract(ORVA_TIDY_AS_ONE_UNION);
+    case OrvaGuardedSubtractUnionParallel:
+        return subtract(hasWorkers() ? ORVA_TIDY_AS_ONE_UNION_PARALLEL : ORVA_TIDY_AS_ONE_UNION);
+    case OrvaGuardedTidy:
+        return orva_tidy_soup(output, report, meshes, nullptr, options);
+    }
+    return ORVA_TIDY_BAD_ARGUMENT;
+}
+
 OrvaGuardedCode failed(OrvaGuardedCode code, const char* what, MeshD* output, char* text, size_t size) {
     *output = {}; // its count may be written already when its array cannot be had
     if (size > 0) {
@@ -89,4 +113,21 @@ int32_t orva_guarded_call(int32_t operation, MeshD* output, const MeshD* base, c
 
 void orva_guarded_free(VertexD* vertices) {
     orva_meshd_free_vertices(vertices);
+}
+
+int32_t orva_guarded_tidy(int32_t operation, OrvaSolid* output, OrvaTidyReport* report, const MeshD* meshes,
+                          int32_t count, const OrvaTidyOptions* options) {
+    *output = {};
+    *report = {};
+    try {
+        prepareToThrow();
+        const HelpersPrepared prepared;
+        return tidy(operation, output, report, meshes, count, options);
+    } catch (...) { // before the library was reached
+        return ORVA_TIDY_OUT_OF_MEMORY;
+    }
+}
+
+void orva_guarded_tidy_free(OrvaSolid* solid) {
+    orva_tidy_free(solid);
 }

@@ -1,8 +1,9 @@
-/* The operations of orva/orva.h behind one function that never throws, for callers that cannot catch. */
+/* The operations of orva/orva.h and of orva/tidy.h, each behind one function that never throws, for callers that cannot
+ * catch. */
 #ifndef ORVA_GUARDED_H
 #define ORVA_GUARDED_H
 
-#include <orva/orva.h>
+#include <orva/tidy.h>
 
 #include <stddef.h>
 
@@ -23,7 +24,8 @@ typedef enum OrvaGuardedOperation {
     OrvaGuardedIntersect = 2,
     OrvaGuardedSubtractInTurn = 3,
     OrvaGuardedSubtractUnion = 4,
-    OrvaGuardedSubtractUnionParallel = 5 /* as 4 where the scheduler has no worker thread: 5 would never return */
+    OrvaGuardedSubtractUnionParallel = 5, /* as 4 where the scheduler has no worker thread: 5 would never return */
+    OrvaGuardedTidy = 6                   /* of one mesh; orva_guarded_tidy alone */
 } OrvaGuardedOperation;
 
 typedef enum OrvaGuardedCode {
@@ -43,6 +45,16 @@ ORVA_GUARDED_API int32_t orva_guarded_call(int32_t operation, MeshD* output, con
 
 /** Releases the array of an `output`. Null does nothing. */
 ORVA_GUARDED_API void orva_guarded_free(VertexD* vertices);
+
+/**
+ * Does the operation on `count` meshes, at least one, of which the first is the base, and writes its tidied result and
+ * the report. Returns a status of orva/tidy.h; where nothing was made, both are zeros. No pointer may be null.
+ */
+ORVA_GUARDED_API int32_t orva_guarded_tidy(int32_t operation, OrvaSolid* output, OrvaTidyReport* report,
+                                           const MeshD* meshes, int32_t count, const OrvaTidyOptions* options);
+
+/** Releases the arrays of such an `output`. Null does nothing. */
+ORVA_GUARDED_API void orva_guarded_tidy_free(OrvaSolid* solid);
 
 #ifdef __cplusplus
 }

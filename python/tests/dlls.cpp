@@ -21,7 +21,8 @@ template <typename Function> Function* find(HMODULE library, const char* name) {
 }
 
 int run(const char* path) {
-    for (const char* name : {"Orva_acc.dll", "libtbb12.dll"}) { // or that one would be taken, wherever it is
+    for (const char* name :
+         {"Orva_acc.dll", "Orva_tidy.dll", "libtbb12.dll"}) { // or that one would be taken, wherever it is
         if (GetModuleHandleA(name) != nullptr) throw std::runtime_error(std::string("loaded already: ") + name);
     }
     const HMODULE library =
@@ -45,6 +46,23 @@ int run(const char* path) {
             std::printf("case %zu: code %d, %s\n", i, code, same.message());
             return 1;
         }
+    }
+
+    // And the other library, found beside the first one.
+    const auto tidy = find<decltype(orva_guarded_tidy)>(library, "orva_guarded_tidy");
+    const auto releaseSolid = find<decltype(orva_guarded_tidy_free)>(library, "orva_guarded_tidy_free");
+    const Mesh block = box({0, 0, 0}, {2, 2, 2});
+    const Mesh corner = box({1, 1, 1}, {3, 3, 3});
+    const std::vector<MeshD> meshes{viewOf(block), viewOf(corner)};
+    OrvaSolid solid{};
+    OrvaTidyReport report{};
+    const OrvaTidyOptions options{0, 0, ORVA_TIDY_MERGE_CUT, 1};
+    const std::int32_t status = tidy(OrvaGuardedSubtractInTurn, &solid, &report, meshes.data(), 2, &options);
+    const std::int32_t faces = solid.face_count;
+    releaseSolid(&solid);
+    if (status != ORVA_TIDY_DONE || faces != 24) {
+        std::printf("tidied: status %d, %d faces\n", status, faces);
+        return 1;
     }
 
     std::printf("%zu results are the recorded ones\n", cases.size());

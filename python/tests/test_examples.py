@@ -14,10 +14,14 @@ import orva_acc
 
 
 def test_the_program_of_the_readme():
-    (code,) = re.findall(r"```python\n(.*?)```", (ROOT / "python/README.md").read_text(), re.DOTALL)
     variables: dict = {}
-    exec(code, variables)
+    programs = re.findall(r"```python\n(.*?)```", (ROOT / "python/README.md").read_text(), re.DOTALL)
+    more = re.findall(r"```python\n(.*?)```", (ROOT / "docs/start/python.md").read_text(), re.DOTALL)
+    assert (len(programs), len(more)) == (2, 1)
+    for code in programs + more:
+        exec(code, variables)
     vertices, faces = variables["vertices"], variables["faces"]
+    assert len(faces) == 192  # as docs/start/python.md says
     assert volume(triangles_of(vertices, faces)) == pytest.approx(10 * 0.3 * 3 - 9 * 0.6 * 0.3)
 
 

@@ -28,11 +28,13 @@ def test_repeated_calls_do_not_grow():
     mesh = with_attributes(sphere(3))
     moved = mesh + (0.31, 0.17, 0.23, 0, 0, 0, 0, 0)
     size = orva_acc.union(mesh, moved).nbytes
+    orva_acc.union(mesh, moved, tidy=True)
     assert size > 250_000
     before = bytes_in_use()
     for _ in range(20):
         orva_acc.union(mesh, moved)
         orva_acc.subtract(mesh, [moved, mesh], mode="union", welded=True)
+        orva_acc.subtract(mesh, [moved], tidy=True, welded=True)
     assert abs(bytes_in_use() - before) < size
 
 

@@ -35,6 +35,7 @@ private:
     const std::vector<std::uint32_t>& region;
     const std::vector<bool>& cut;
     double radius;
+    Straightener straightener;
     Adjacency around;                    ///< by the point that edges come from
     Adjacency border;                    ///< by region
     std::vector<std::uint32_t> firstOut; ///< by point: an edge that was once of some region, to be looked at again
@@ -60,7 +61,7 @@ double Simplifier::straightenChains() {
         else
             next[intoB] = b;
     }
-    return straighten(surface, next, radius);
+    return straightener.straighten(surface, next, radius);
 }
 
 // What lies behind the two edges becomes neighbours, and the edges are gone.

@@ -9,6 +9,7 @@
 #include <bit>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 namespace orva::tidy {
 
@@ -92,8 +93,15 @@ Vec3 normalOf(const types::Vertex* triangle) {
     return cross(triangle[1].pos - triangle[0].pos, triangle[2].pos - triangle[0].pos);
 }
 
+// NONE for the triangles that are left, 0 for the others.
+std::vector<std::uint32_t> noFaces(const types::Mesh<double>& soup, const std::vector<std::uint32_t>& left) {
+    std::vector<std::uint32_t> face(soup.vertices.size() / 3, 0);
+    for (const std::uint32_t triangle : left) face[triangle] = NONE;
+    return face;
+}
+
 // Every triangle a face of its own, matched with its neighbours where they share whole edges.
-Surface trianglesOf(const types::Mesh<double>& soup, std::vector<std::uint32_t>& left) {
+Surface trianglesOf(const types::Mesh<double>& soup, const std::vector<std::uint32_t>& use) {
     const std::size_t count = soup.vertices.size() / 3;
     Surface triangles;
     triangles.faces.resize(count);
@@ -103,10 +111,7 @@ Surface trianglesOf(const types::Mesh<double>& soup, std::vector<std::uint32_t>&
     for (std::size_t i = 0; i < count; ++i) {
         const types::Vertex* triangle = &soup.vertices[3 * i];
         const auto face = static_cast<std::uint32_t>(i);
-        if (!isUsable(triangle)) {
-            left.push_back(face);
-            continue;
-        }
+        if (use[i] == NONE) continue;
         triangles.faces[i].normal = normalOf(triangle);
         triangles.faces[i].area = squaredLength(triangles.faces[i].normal);
         std::uint32_t number[3];
@@ -117,44 +122,68 @@ Surface trianglesOf(const types::Mesh<double>& soup, std::vector<std::uint32_t>&
         }
     }
     triangles.points = std::move(table.points());
-    matchOpposite(triangles);
+    Matcher().matchOpposite(triangles);
     return triangles;
 }
 
 } // namespace
 
-void gatherByOrigin(Surface& surface, const types::Mesh<double>& soup, const std::vector<Origin>& origins,
-                    std::vector<std::uint32_t>& left) {
-    OriginTable table;
-    std::vector<std::uint32_t> face(soup.vertices.size() / 3, NONE);
-    for (std::size_t i = 0; i < face.size(); ++i) {
-        if (!isUsable(&soup.vertices[3 * i])) {
-            left.push_back(static_cast<std::uint32_t>(i));
-        } else {
-            face[i] = origins[i] == UNKNOWN_ORIGIN ? table.another() : table.numberOf(origins[i]);
+Usable findUsable(const types::Mesh<double>& soup) {
+    constexpr double inf = std::numeric_limits<double>::infinity();
+    Usable usable;
+    Vec3 low{inf, inf, inf};
+    Vec3 high{-inf, -inf, -inf};
+    for (std::size_t i = 0; i < soup.vertices.size() / 3; ++i) {
+        const types::Vertex* triangle = &soup.vertices[3 * i];
+        if (!isUsable(triangle)) {
+            usable.left.push_back(static_cast<std::uint32_t>(i));
+            continue;
         }
+        for (std::size_t k = 0; k < 3; ++k) {
+            const Vec3& p = triangle[k].pos;
+            low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
+            high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
+        }
+    }
+    usable.size = std::max({high.x - low.x, high.y - low.y, high.z - low.z, 0.0});
+    return usable;
+}
+
+void gatherByOrigin(Surface& surface, const types::Mesh<double>& soup, const std::vector<Origin>& origins,
+                    const std::vector<std::uint32_t>& left) {
+    OriginTable table;
+    std::vector<std::uint32_t> face = noFaces(soup, left);
+    for (std::size_t i = 0; i < face.size(); ++i) {
+        if (face[i] == NONE) continue;
+        face[i] = origins[i] == UNKNOWN_ORIGIN ? table.another() : table.numberOf(origins[i]);
     }
     fill(surface, face, table.size());
 }
 
 void gatherByPlane(Surface& surface, const types::Mesh<double>& soup, double distance,
-                   std::vector<std::uint32_t>& left) {
-    const Surface triangles = trianglesOf(soup, left);
+                   const std::vector<std::uint32_t>& left) {
+    const std::vector<std::uint32_t> use = noFaces(soup, left);
+    const Surface triangles = trianglesOf(soup, use);
     const std::size_t count = triangles.faces.size();
-    std::vector<std::uint32_t> bySize;
-    for (std::size_t i = 0; i < count; ++i) bySize.push_back(static_cast<std::uint32_t>(i));
-    std::stable_sort(bySize.begin(), bySize.end(), [&triangles](std::uint32_t a, std::uint32_t b) {
-        return triangles.faces[a].area > triangles.faces[b].area;
+    struct Sized {
+        double area;
+        std::uint32_t triangle;
+    };
+    std::vector<Sized> bySize;
+    bySize.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) bySize.push_back({triangles.faces[i].area, static_cast<std::uint32_t>(i)});
+    std::sort(bySize.begin(), bySize.end(), [](const Sized& a, const Sized& b) {
+        return a.area != b.area ? a.area > b.area : a.triangle < b.triangle;
     });
 
     std::vector<std::uint32_t> face(count, NONE);
-    for (const std::uint32_t i : left) face[i] = i; // taken out again below
     std::vector<std::uint32_t> flood;
-    for (const std::uint32_t seed : bySize) {
-        if (face[seed] != NONE) continue;
+    for (const Sized& sized : bySize) {
+        const std::uint32_t seed = sized.triangle;
+        if (face[seed] != NONE || use[seed] == NONE) continue;
         const types::Vertex* plane = &soup.vertices[3 * std::size_t{seed}];
         const Vec3& normal = triangles.faces[seed].normal;
-        const double reach = distance * squareRoot(triangles.faces[seed].area);
+        const double reach = distance * squareRoot(sized.area);
         const auto belongs = [&](std::uint32_t other) {
             const types::Vertex* piece = &soup.vertices[3 * std::size_t{other}];
             return dot(triangles.faces[other].normal, normal) >= 0.0 &&
@@ -181,7 +210,6 @@ void gatherByPlane(Surface& surface, const types::Mesh<double>& soup, double dis
     }
 
     // Numbered in the order of their first pieces.
-    for (const std::uint32_t i : left) face[i] = NONE;
     std::vector<std::uint32_t> number(count, NONE);
     std::uint32_t faces = 0;
     for (std::uint32_t& f : face) {

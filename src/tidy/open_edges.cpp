@@ -12,11 +12,6 @@ namespace {
 // More edges than that between two points are matched in their order, whatever the angles.
 constexpr std::size_t MANY = 64;
 
-struct Key {
-    std::uint64_t points; ///< the lower number first
-    std::uint32_t edge;
-};
-
 // Grows from 0 to 4 as the angle of (x, y) does from 0 to a full turn; NaN stays NaN.
 double pseudoAngle(double x, double y) {
     if (y >= 0.0) return x >= 0.0 ? y / (x + y) : 1.0 - x / (y - x);
@@ -30,71 +25,6 @@ double angleThroughSolid(const Surface& surface, const Edge& edge, const Edge& o
     const Vec3 inward = cross(normal, along); // into the face
     const Vec3 other = cross(along, surface.faces[opposite.face].normal);
     return pseudoAngle(dot(other, inward), -dot(other, normal) * squareRoot(squaredLength(along)));
-}
-
-// Matches and takes out of both lists what `better` finds a partner for.
-void matchSameFace(Surface& surface, std::vector<std::uint32_t>& forward, std::vector<std::uint32_t>& backward) {
-    const auto byFace = [&surface](std::uint32_t a, std::uint32_t b) {
-        return std::pair(surface.edges[a].face, a) < std::pair(surface.edges[b].face, b);
-    };
-    std::sort(forward.begin(), forward.end(), byFace);
-    std::sort(backward.begin(), backward.end(), byFace);
-    std::size_t b = 0;
-    for (const std::uint32_t edge : forward) {
-        const std::uint32_t face = surface.edges[edge].face;
-        while (b < backward.size() && surface.edges[backward[b]].face < face) ++b;
-        if (b == backward.size()) break;
-        if (surface.edges[backward[b]].face == face) match(surface, edge, backward[b++]);
-    }
-    const auto isMatched = [&surface](std::uint32_t edge) { return surface.edges[edge].twin != NONE; };
-    std::erase_if(forward, isMatched);
-    std::erase_if(backward, isMatched);
-}
-
-void matchByAngle(Surface& surface, const std::vector<std::uint32_t>& forward,
-                  const std::vector<std::uint32_t>& backward) {
-    struct Pair {
-        double angle;
-        std::uint32_t forward;
-        std::uint32_t backward;
-    };
-    std::vector<Pair> pairs;
-    for (const std::uint32_t f : forward) {
-        for (const std::uint32_t b : backward) {
-            const double angle = angleThroughSolid(surface, surface.edges[f], surface.edges[b]);
-            pairs.push_back({angle == angle ? angle : 4.0, f, b}); // NaN, of a face without area, comes last
-        }
-    }
-    std::sort(pairs.begin(), pairs.end(), [](const Pair& a, const Pair& b) {
-        if (a.angle != b.angle) return a.angle < b.angle;
-        return a.forward != b.forward ? a.forward < b.forward : a.backward < b.backward;
-    });
-    for (const Pair& pair : pairs) {
-        if (surface.edges[pair.forward].twin == NONE && surface.edges[pair.backward].twin == NONE) {
-            match(surface, pair.forward, pair.backward);
-        }
-    }
-}
-
-// Edges between the same two points.
-void matchGroup(Surface& surface, const Key* first, const Key* last) {
-    if (last - first == 2) {
-        const std::uint32_t a = first->edge;
-        const std::uint32_t b = first[1].edge;
-        if (surface.edges[a].from == surface.edges[b].to) match(surface, a, b);
-        return;
-    }
-    std::vector<std::uint32_t> forward;
-    std::vector<std::uint32_t> backward;
-    for (const Key* key = first; key != last; ++key) {
-        const Edge& edge = surface.edges[key->edge];
-        (edge.from < edge.to ? forward : backward).push_back(key->edge);
-    }
-    matchSameFace(surface, forward, backward);
-    if (std::max(forward.size(), backward.size()) <= MANY) return matchByAngle(surface, forward, backward);
-    for (std::size_t i = 0; i < std::min(forward.size(), backward.size()); ++i) {
-        match(surface, forward[i], backward[i]);
-    }
 }
 
 } // namespace
@@ -136,19 +66,96 @@ void OpenEdges::addOutOf(const Surface& surface, std::uint32_t edge) {
     nextOut[edge] = std::exchange(firstOut[surface.edges[edge].from], edge);
 }
 
-void matchOpposite(Surface& surface) {
-    std::vector<Key> keys;
+// Matches those that have a partner in their own face, and takes them off both lists.
+void Matcher::matchSameFace(Surface& surface) {
+    const auto byFace = [&surface](std::uint32_t a, std::uint32_t b) {
+        return std::pair(surface.edges[a].face, a) < std::pair(surface.edges[b].face, b);
+    };
+    std::sort(forward.begin(), forward.end(), byFace);
+    std::sort(backward.begin(), backward.end(), byFace);
+    std::size_t b = 0;
+    for (const std::uint32_t edge : forward) {
+        const std::uint32_t face = surface.edges[edge].face;
+        while (b < backward.size() && surface.edges[backward[b]].face < face) ++b;
+        if (b == backward.size()) break;
+        if (surface.edges[backward[b]].face == face) match(surface, edge, backward[b++]);
+    }
+    const auto isMatched = [&surface](std::uint32_t edge) { return surface.edges[edge].twin != NONE; };
+    std::erase_if(forward, isMatched);
+    std::erase_if(backward, isMatched);
+}
+
+void Matcher::matchByAngle(Surface& surface) {
+    struct Pair {
+        double angle;
+        std::uint32_t forward;
+        std::uint32_t backward;
+    };
+    std::vector<Pair> pairs;
+    for (const std::uint32_t f : forward) {
+        for (const std::uint32_t b : backward) {
+            const double angle = angleThroughSolid(surface, surface.edges[f], surface.edges[b]);
+            pairs.push_back({angle == angle ? angle : 4.0, f, b}); // NaN, of a face without area, comes last
+        }
+    }
+    std::sort(pairs.begin(), pairs.end(), [](const Pair& a, const Pair& b) {
+        if (a.angle != b.angle) return a.angle < b.angle;
+        return a.forward != b.forward ? a.forward < b.forward : a.backward < b.backward;
+    });
+    for (const Pair& pair : pairs) {
+        if (surface.edges[pair.forward].twin == NONE && surface.edges[pair.backward].twin == NONE) {
+            match(surface, pair.forward, pair.backward);
+        }
+    }
+}
+
+// Edges between the same two points.
+void Matcher::matchGroup(Surface& surface, const Entry* first, const Entry* end) {
+    if (end - first == 2) {
+        const std::uint32_t a = first->edge;
+        const std::uint32_t b = first[1].edge;
+        if (surface.edges[a].from == surface.edges[b].to) match(surface, a, b);
+        return;
+    }
+    forward.clear();
+    backward.clear();
+    for (const Entry* entry = first; entry != end; ++entry) {
+        const bool runsUp = surface.edges[entry->edge].to == entry->high;
+        (runsUp ? forward : backward).push_back(entry->edge);
+    }
+    if (forward.empty() || backward.empty()) return;
+    matchSameFace(surface);
+    if (std::max(forward.size(), backward.size()) <= MANY) return matchByAngle(surface);
+    for (std::size_t i = 0; i < std::min(forward.size(), backward.size()); ++i) {
+        match(surface, forward[i], backward[i]);
+    }
+}
+
+void Matcher::matchOpposite(Surface& surface) {
+    // Counted, then filled: open edges by the lower of their points.
+    last.assign(surface.points.size() + 1, 0);
+    for (const Edge& edge : surface.edges) {
+        if (isAlive(edge) && edge.twin == NONE) ++last[std::min(edge.from, edge.to) + 1];
+    }
+    for (std::size_t i = 1; i < last.size(); ++i) last[i] += last[i - 1];
+    entries.resize(last.back());
     for (std::size_t i = 0; i < surface.edges.size(); ++i) {
         const Edge& edge = surface.edges[i];
         if (!isAlive(edge) || edge.twin != NONE) continue;
         const auto [low, high] = std::minmax(edge.from, edge.to);
-        keys.push_back({std::uint64_t{low} << 32 | high, static_cast<std::uint32_t>(i)});
+        entries[last[low]++] = {high, static_cast<std::uint32_t>(i)};
     }
-    std::sort(keys.begin(), keys.end(),
-              [](const Key& a, const Key& b) { return a.points != b.points ? a.points < b.points : a.edge < b.edge; });
-    for (std::size_t first = 0, last = 0; first < keys.size(); first = last) {
-        while (last < keys.size() && keys[last].points == keys[first].points) ++last;
-        matchGroup(surface, &keys[first], &keys[first] + (last - first));
+
+    const auto isBefore = [](const Entry& a, const Entry& b) {
+        return a.high != b.high ? a.high < b.high : a.edge < b.edge;
+    };
+    Entry* const all = entries.data();
+    for (std::size_t low = 0, begin = 0; low + 1 < last.size(); begin = last[low++]) {
+        std::sort(all + begin, all + last[low], isBefore);
+        for (std::size_t first = begin, end = begin; first < last[low]; first = end) {
+            while (end < last[low] && all[end].high == all[first].high) ++end;
+            matchGroup(surface, all + first, all + end);
+        }
     }
 }
 

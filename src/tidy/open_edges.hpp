@@ -33,6 +33,25 @@ private:
 /// Matches each open edge with an open one in the opposite direction between the same points. Where there are several:
 /// one of the same face first, so that what is inside a face is no border; then the one behind the smallest angle
 /// through the solid, so that solids that touch along an edge stay apart.
-void matchOpposite(Surface& surface);
+class Matcher {
+public:
+    /// Memory is kept from one call to the next.
+    void matchOpposite(Surface& surface);
+
+private:
+    struct Entry {
+        std::uint32_t high; ///< of an edge's two points
+        std::uint32_t edge;
+    };
+
+    void matchGroup(Surface& surface, const Entry* first, const Entry* last);
+    void matchSameFace(Surface& surface);
+    void matchByAngle(Surface& surface);
+
+    std::vector<std::uint32_t> last; ///< by the lower of an edge's two points: where its entries end
+    std::vector<Entry> entries;
+    std::vector<std::uint32_t> forward; ///< of a group: edges from its lower point to its higher one
+    std::vector<std::uint32_t> backward;
+};
 
 } // namespace orva::tidy

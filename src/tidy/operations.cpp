@@ -26,7 +26,7 @@ using Mesh = types::Mesh<double>;
 using Meshes = std::vector<Mesh>;
 
 // Powers of two near which the longest side of the inputs is put.
-constexpr std::array<int, 4> UNITS{10, 4, 12, 7};
+constexpr std::array<int, 4> UNITS{10, 4, 13, 7};
 
 // A running result is tidied when it has become so many times as long as it last was: its own cuts cost every later
 // step.

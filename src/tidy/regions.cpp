@@ -14,17 +14,21 @@ std::vector<std::uint32_t> mergeCoplanar(const Surface& surface, const std::vect
     const std::size_t count = surface.faces.size();
     Adjacency borders;
     collect(borders, surface, count, [](const Edge& edge) { return edge.face; });
-    std::vector<std::uint32_t> bySize;
+    struct Sized {
+        double area;
+        std::uint32_t face;
+    };
+    std::vector<Sized> bySize;
     for (std::size_t i = 0; i < count; ++i) {
-        if (mayMerge[i]) bySize.push_back(static_cast<std::uint32_t>(i));
+        if (mayMerge[i]) bySize.push_back({surface.faces[i].area, static_cast<std::uint32_t>(i)});
     }
-    std::stable_sort(bySize.begin(), bySize.end(), [&surface](std::uint32_t a, std::uint32_t b) {
-        return surface.faces[a].area > surface.faces[b].area;
-    });
+    std::sort(bySize.begin(), bySize.end(),
+              [](const Sized& a, const Sized& b) { return a.area != b.area ? a.area > b.area : a.face < b.face; });
 
     std::vector<std::uint32_t> region(count, NONE);
     std::vector<std::uint32_t> flood;
-    for (const std::uint32_t seed : bySize) {
+    for (const Sized& sized : bySize) {
+        const std::uint32_t seed = sized.face;
         if (region[seed] != NONE) continue;
         const Vec3& normal = surface.faces[seed].normal;
         const Vec3& origin = facts[seed].origin;

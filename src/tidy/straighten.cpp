@@ -1,50 +1,28 @@
 #include "tidy/straighten.hpp"
 
 #include <algorithm>
-#include <cstddef>
-#include <utility>
 
 namespace orva::tidy {
 
-namespace {
+const Vec3& Straightener::pointAt(const Surface& surface, std::size_t i) const {
+    const bool isEnd = i == run.size();
+    const Edge& edge = surface.edges[isEnd ? run.back() : run[i]];
+    return surface.points[isEnd ? edge.to : edge.from];
+}
 
-class Straightener {
-public:
-    Straightener(Surface& ofSurface, double radius) : surface(ofSurface), limit(radius * radius) {}
-
-    void straightenRun();
-    void straightenLoop();
-
-    std::vector<std::uint32_t> run; ///< edges, one behind the other
-    double worst = 0.0;             ///< squared
-
-private:
-    const Vec3& pointAt(std::size_t i) const { // of the run, from 0 to its size
-        return i < run.size() ? surface.points[surface.edges[run[i]].from]
-                              : surface.points[surface.edges[run.back()].to];
-    }
-    void markKept();
-    void join(std::size_t first, std::size_t last);
-
-    Surface& surface;
-    double limit; ///< squared
-    std::vector<bool> isKept;
-    std::vector<std::pair<std::size_t, std::size_t>> spans;
-};
-
-void Straightener::markKept() {
+void Straightener::markKept(const Surface& surface) {
     isKept.assign(run.size() + 1, false);
     isKept.front() = isKept.back() = true;
     spans.assign(1, {0, run.size()});
     while (!spans.empty()) {
         const auto [first, last] = spans.back();
         spans.pop_back();
-        const Vec3& from = pointAt(first);
-        const Vec3& to = pointAt(last);
+        const Vec3& from = pointAt(surface, first);
+        const Vec3& to = pointAt(surface, last);
         double most = -1.0;
         std::size_t farthest = first;
         for (std::size_t i = first + 1; i < last; ++i) {
-            const double distance = squaredDistance(pointAt(i), from, to);
+            const double distance = squaredDistance(pointAt(surface, i), from, to);
             if (!(distance > most)) continue;
             most = distance;
             farthest = i;
@@ -60,7 +38,7 @@ void Straightener::markKept() {
 }
 
 // The edges first to last - 1 of the run become one.
-void Straightener::join(std::size_t first, std::size_t last) {
+void Straightener::join(Surface& surface, std::size_t first, std::size_t last) {
     if (last - first == 1) return;
     std::vector<Edge>& edges = surface.edges;
     const std::uint32_t head = run[first];
@@ -86,54 +64,53 @@ void Straightener::join(std::size_t first, std::size_t last) {
     match(surface, head, twin);
 }
 
-void Straightener::straightenRun() {
+void Straightener::straightenRun(Surface& surface) {
     if (run.size() < 2) return;
-    markKept();
+    markKept(surface);
     for (std::size_t first = 0, i = 1; i <= run.size(); ++i) {
         if (!isKept[i]) continue;
-        join(first, i);
+        join(surface, first, i);
         first = i;
     }
 }
 
 // A run that ends where it begins, and has no point that has to stay: its lowest and the farthest from that one do.
-void Straightener::straightenLoop() {
+void Straightener::straightenLoop(Surface& surface) {
     if (run.size() < 3) return;
-    const auto lowest = std::min_element(run.begin(), run.end(), [this](std::uint32_t a, std::uint32_t b) {
+    const auto lowest = std::min_element(run.begin(), run.end(), [&surface](std::uint32_t a, std::uint32_t b) {
         return surface.edges[a].from < surface.edges[b].from;
     });
     std::rotate(run.begin(), lowest, run.end());
-    straightenRun(); // the span from a point to itself is divided at the farthest
+    straightenRun(surface); // the span from a point to itself is divided at the farthest
 }
 
-} // namespace
+void Straightener::follow(const std::vector<std::uint32_t>& next, std::size_t from) {
+    run.clear();
+    for (auto edge = static_cast<std::uint32_t>(from); edge != NONE && !isDone[edge]; edge = next[edge]) {
+        isDone[edge] = true;
+        run.push_back(edge);
+    }
+}
 
-double straighten(Surface& surface, const std::vector<std::uint32_t>& next, double radius) {
-    Straightener straightener(surface, radius);
-    std::vector<std::uint32_t>& run = straightener.run;
-    std::vector<bool> hasBefore(next.size());
+double Straightener::straighten(Surface& surface, const std::vector<std::uint32_t>& next, double radius) {
+    limit = radius * radius;
+    worst = 0.0;
+    hasBefore.assign(next.size(), false);
+    isDone.assign(next.size(), false);
     for (const std::uint32_t edge : next) {
         if (edge != NONE) hasBefore[edge] = true;
     }
-    std::vector<bool> isDone(next.size());
-    const auto follow = [&](std::size_t from) {
-        run.clear();
-        for (auto edge = static_cast<std::uint32_t>(from); edge != NONE && !isDone[edge]; edge = next[edge]) {
-            isDone[edge] = true;
-            run.push_back(edge);
-        }
-    };
     for (std::size_t i = 0; i < next.size(); ++i) {
         if (next[i] == NONE || hasBefore[i]) continue;
-        follow(i);
-        straightener.straightenRun();
+        follow(next, i);
+        straightenRun(surface);
     }
     for (std::size_t i = 0; i < next.size(); ++i) {
         if (next[i] == NONE || isDone[i]) continue;
-        follow(i);
-        straightener.straightenLoop();
+        follow(next, i);
+        straightenLoop(surface);
     }
-    return squareRoot(straightener.worst);
+    return squareRoot(worst);
 }
 
 } // namespace orva::tidy

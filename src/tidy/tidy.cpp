@@ -38,7 +38,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 #include <stdexcept>
 #include <utility>
 
@@ -74,7 +73,6 @@ public:
     Report report;
 
 private:
-    double chooseTolerance() const;
     void measureFaces();
     bool isUncut(std::size_t face, std::size_t firstEdge, std::size_t lastEdge) const;
     const types::Vertex* carrierOf(std::size_t face) const;
@@ -98,25 +96,9 @@ private:
     std::vector<FaceFacts> facts;
     std::vector<std::uint32_t> region;
     std::vector<bool> isCut; ///< by region
+    Matcher matcher;
     Zipper zipper;
 };
-
-double Tidier::chooseTolerance() const {
-    const double scale = inputs == nullptr ? 1.0 : inputs->scale;
-    if (options.tolerance > 0.0) return options.tolerance * scale;
-    constexpr double inf = std::numeric_limits<double>::infinity();
-    Vec3 low{inf, inf, inf};
-    Vec3 high{-inf, -inf, -inf};
-    for (const std::uint32_t triangle : surface.order) {
-        for (std::size_t k = 0; k < 3; ++k) {
-            const Vec3& p = soup.vertices[3 * std::size_t{triangle} + k].pos;
-            low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
-            high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
-        }
-    }
-    const double size = std::max({high.x - low.x, high.y - low.y, high.z - low.z, 0.0});
-    return std::max(TOLERANCE, TOLERANCE_OF_SIZE * size);
-}
 
 // ---- Faces ----
 
@@ -170,18 +152,19 @@ void Tidier::measureFaces() {
 // ---- Seams, loops and gaps ----
 
 void Tidier::sew() {
-    matchOpposite(surface);
+    matcher.matchOpposite(surface);
     for (const double tier : TIERS) {
         const double moved = weldOpen(surface, tier * tolerance);
         report.movedByWeld += moved;
-        if (moved > 0.0) matchOpposite(surface);
+        if (moved > 0.0) matcher.matchOpposite(surface);
         report.movedByZip = std::max(report.movedByZip, zipper.zip(surface, tier * tolerance));
     }
 }
 
-// A piece that was lost lies in its face of the input. Without the input, it is a sliver.
+// A piece that was lost is a sliver; or, where the input tells, any part of its face.
 bool Tidier::mayBePiece(std::uint32_t face, const std::vector<Vec3>& points, double width, double distance) const {
-    if (!isOfInput(face)) return width <= WIDEST_LOOP * tolerance;
+    if (width <= WIDEST_LOOP * tolerance) return true;
+    if (!isOfInput(face)) return false;
     const types::Vertex* triangle = facts[face].carrier;
     const std::array<Vec3, 3> corners{inputs->scale * triangle[0].pos, inputs->scale * triangle[1].pos,
                                       inputs->scale * triangle[2].pos};
@@ -215,7 +198,7 @@ void Tidier::closeGaps() {
         const double reach = std::min(width, widest);
         report.movedByZip = std::max(report.movedByZip, zipper.zip(surface, reach));
         report.movedByWeld = std::max(report.movedByWeld, weldOpen(surface, reach));
-        matchOpposite(surface);
+        matcher.matchOpposite(surface);
         closeLoops(reach);
         if (reach == widest) break;
     }
@@ -355,12 +338,16 @@ void Tidier::measure(const Solid& solid, const Triangles& triangles) {
 
 void Tidier::run(Solid& output) {
     if (soup.vertices.size() > 0x7FFFFFFF) throw std::length_error("vector too long");
+    Usable usable = findUsable(soup);
+    left = std::move(usable.left);
+    const double scale = inputs == nullptr ? 1.0 : inputs->scale;
+    tolerance =
+        options.tolerance > 0.0 ? options.tolerance * scale : std::max(TOLERANCE, TOLERANCE_OF_SIZE * usable.size);
     if (origins.empty()) {
-        gatherByPlane(surface, soup, SAME_PLANE * TOLERANCE, left);
+        gatherByPlane(surface, soup, SAME_PLANE * tolerance, left);
     } else {
         gatherByOrigin(surface, soup, origins, left);
     }
-    tolerance = chooseTolerance();
     makeOutlines(surface, soup, SAME_LINE * tolerance);
     measureFaces();
     sew();

@@ -1,4 +1,4 @@
-# Registers the tests of what hardens the library and the program; included by tests/CMakeLists.txt.
+# Registers the tests of what hardens the libraries and the program; included by tests/CMakeLists.txt.
 
 function(orva_reads_hardening test target)
   add_test(NAME ${test} COMMAND ${CMAKE_COMMAND} -DFILE=$<TARGET_FILE:${target}> -DOURS=_ZNK?4orva|main
@@ -6,6 +6,7 @@ function(orva_reads_hardening test target)
 endfunction()
 
 orva_reads_hardening(hardened_library Orva_acc)
+orva_reads_hardening(hardened_library_tidy Orva_tidy)
 if(ORVA_BUILD_PROGRAM)
   orva_reads_hardening(hardened_program orva)
 endif()

@@ -89,6 +89,24 @@ TEST_F(Jobs, GiveWhatTheVerbsGive) {
     EXPECT_EQ(contentOf(file("out2.off")), contentOf(file("both.off")));
 }
 
+TEST_F(Jobs, OfTidiedAndRawResults) {
+    const std::string raw = file("raw.off");
+    const std::string tidied = file("tidied.off");
+    Outcome run = batch(job("union", {a, b}, out, {{"merge", "none"}, {"tolerance", 1e-5}, {"close-gaps", "0.001"}}) +
+                        job("union", {a, b}, raw, {{"raw", true}}));
+    EXPECT_EQ(run.exitCode, 0) << run.output;
+    std::vector<Json> found = results(run);
+    EXPECT_EQ(found[0]["output"]["tidied"]["closed"], true);
+    EXPECT_FALSE(found[1]["output"].contains("tidied"));
+    EXPECT_EQ(batch(job("tidy", {raw}, tidied)).exitCode, 0);
+    EXPECT_DOUBLE_EQ(signedVolume(readAs(readOff, contentOf(tidied))), 15.0);
+    expectRefused(job("union", {a, b}, out, {{"raw", true}, {"merge", "all"}}), 2,
+                  "--merge excludes --raw; see orva union --help");
+    const std::string empty = file("empty.off", "OFF 0 0 0");
+    EXPECT_EQ(batch(job("union", {a, empty}, file("never.off"))).exitCode, 4);
+    EXPECT_EQ(batch(job("union", {a, empty}, file("done.off"), {{"allow-empty", true}})).exitCode, 0);
+}
+
 TEST_F(Jobs, FailedOnesStopNoOthers) {
     const std::string missing = file("missing.off");
     const Outcome run =

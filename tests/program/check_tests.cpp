@@ -23,6 +23,9 @@ protected:
     const std::string textOfBox = box + ": fit\n"
                                         "  triangles  12 in 1 part; 0 without area, 0 narrower than 1e-06, 0 double\n"
                                         "  edges      0 boundary, 0 non-manifold, 0 flipped; 0 open within 8e-06\n"
+                                        "  by index   8 vertices: closed and edge-manifold; 0 open, 0 doubled, 0 "
+                                        "turned; 0 umbrellas\n"
+                                        "  crossings  0 pairs of triangles; 0 by less than 8e-06\n"
                                         "  volume     8\n"
                                         "  area       24\n"
                                         "  box        0 0 0 to 2 2 2\n";
@@ -33,6 +36,8 @@ protected:
         ": unfit\n"
         "  triangles  11 in 1 part; 0 without area, 0 narrower than 1e-06, 0 double\n"
         "  edges      3 boundary, 0 non-manifold, 0 flipped; 3 open within 8e-06, gaps up to 1\n"
+        "  by index   8 vertices: not edge-manifold; 3 open, 0 doubled, 0 turned; 0 umbrellas\n"
+        "  crossings  0 pairs of triangles; 0 by less than 8e-06\n"
         "  volume     7.333333333\n"
         "  area       22\n"
         "  box        0 0 0 to 2 2 2\n"
@@ -55,14 +60,49 @@ TEST_F(CheckVerb, Unfit) {
     EXPECT_EQ(run.errors, "");
 }
 
-TEST_F(CheckVerb, ResultOfABooleanIsFitWithANote) {
+TEST_F(CheckVerb, RawResultOfABooleanIsFitWithANote) {
     const std::string drill = file("drill.off", boxFile({0.5, 0.5, -1}, {1.5, 1.5, 3}));
     const std::string result = file("result.off");
-    ASSERT_EQ(orva({"subtract", box, drill, "-o", result}).exitCode, 0);
+    ASSERT_EQ(orva({"subtract", box, drill, "-o", result, "--raw"}).exitCode, 0);
     const Outcome run = orva({"check", result});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_NE(run.output.find("\n  note:      "), std::string::npos) << run.output;
     EXPECT_EQ(run.output.find("unfit"), std::string::npos) << run.output;
+}
+
+TEST_F(CheckVerb, CrossingsAreUnfitAndTold) {
+    std::vector<Triangle> triangles = boxTriangles({0, 0, 0}, {2, 2, 2});
+    for (const Triangle& triangle : boxTriangles({1, 1, 1}, {3, 3, 3})) triangles.push_back(triangle);
+    const std::string crossing = file("crossing.off", writeAs(writeOff, meshOf(triangles)));
+    const Outcome run = orva({"check", crossing});
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_NE(run.output.find(" pairs of triangles cross, one of them near "), std::string::npos) << run.output;
+    const Json json = Json::parse(orva({"check", "--json", crossing}).output);
+    EXPECT_GT(json["inputs"][0]["crossing_pairs"].get<int>(), 0);
+    EXPECT_EQ(json["inputs"][0]["complaints"].size(), 1U);
+    EXPECT_EQ(json["inputs"][0]["by_index"]["edge_manifold"], true);
+    EXPECT_EQ(orva({"intersect", crossing, box, "-o", file("out.off"), "--strict"}).exitCode, 4);
+}
+
+TEST_F(CheckVerb, StlHasNoIndicesOfItsOwn) {
+    const std::string stl = file("box.stl");
+    ASSERT_EQ(orva({"convert", box, "-o", stl}).exitCode, 0);
+    const Outcome run = orva({"check", stl});
+    EXPECT_NE(run.output.find("  by index   8 vertices (equal positions): closed and edge-manifold;"),
+              std::string::npos)
+        << run.output;
+    EXPECT_EQ(Json::parse(orva({"check", stl, "--json"}).output)["inputs"][0]["by_index"]["own"], false);
+}
+
+TEST_F(CheckVerb, TrianglesWithVerticesOfTheirOwnAreFit) {
+    Model model = modelOf(meshOf(boxTriangles({0, 0, 0}, {2, 2, 2})));
+    for (std::uint32_t i = 0; i < 36; ++i) model.indices.push_back(i);
+    Notes notes;
+    const Outcome run = orva({"check", file("apart.off", writeOff(model, {}, notes))});
+    EXPECT_EQ(run.exitCode, 0); // a boolean reads positions
+    EXPECT_NE(run.output.find("  by index   36 vertices: not edge-manifold; 36 open, 0 doubled, 0 turned; 0 umbrellas"),
+              std::string::npos)
+        << run.output;
 }
 
 TEST_F(CheckVerb, WorstOfAllFilesDecides) {
@@ -139,6 +179,17 @@ TEST_F(CheckVerb, Json) {
                         {"flipped_edges", 0},
                         {"open_edges", 0},
                         {"largest_gap", 0.0},
+                        {"crossing_pairs", 0},
+                        {"shallow_crossing_pairs", 0},
+                        {"by_index",
+                         {{"own", true},
+                          {"edge_manifold", true},
+                          {"vertices", 8},
+                          {"open_edges", 0},
+                          {"doubled_edges", 0},
+                          {"turned_edges", 0},
+                          {"umbrellas", 0},
+                          {"collapsed_triangles", 0}}},
                         {"volume", 8.0},
                         {"area", 24.0},
                         {"box", {{"low", {0.0, 0.0, 0.0}}, {"high", {2.0, 2.0, 2.0}}}}};

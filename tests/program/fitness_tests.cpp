@@ -29,7 +29,7 @@ std::vector<Triangle> operator+(std::vector<Triangle> a, const std::vector<Trian
 }
 
 Fitness fitnessOf(const std::vector<Triangle>& triangles) {
-    return measureFitness(meshOf(triangles));
+    return measureFitness(modelOf(meshOf(triangles)));
 }
 
 Lines complaintsOf(const std::vector<Triangle>& triangles) {
@@ -48,6 +48,10 @@ TEST(Fitness, OfABox) {
     EXPECT_EQ(fitness.thin, 0U);
     EXPECT_EQ(fitness.duplicates, 0U);
     EXPECT_EQ(fitness.insideOutParts, 0U);
+    EXPECT_EQ(fitness.crossings.pairs + fitness.crossings.shallow, 0U);
+    EXPECT_EQ(fitness.byIndex.vertices, 8U);
+    EXPECT_FALSE(fitness.ownIndices);
+    EXPECT_TRUE(isEdgeManifold(fitness.byIndex));
     EXPECT_DOUBLE_EQ(fitness.volume, 24.0);
     EXPECT_DOUBLE_EQ(fitness.area, 52.0);
     EXPECT_EQ(fitness.box.low.x, -1.0);
@@ -144,10 +148,69 @@ TEST(Fitness, EdgesThatMatchWithinTheToleranceOnly) {
 TEST(Fitness, ResultOfABooleanIsFit) {
     Mesh result;
     bspcsg::subtractMesh(result, box({0, 0, 0}, {2, 2, 2}), box({0.5, 0.5, -1}, {1.5, 1.5, 3}));
-    const Fitness fitness = measureFitness(result);
+    const Fitness fitness = measureFitness(modelOf(result));
     EXPECT_GT(fitness.boundaryEdges, 0U);
     EXPECT_EQ(fitness.parts, 1U);
     EXPECT_EQ(complaints(fitness), Lines());
+}
+
+// ---- crossings ----
+
+TEST(Fitness, PartsThatCross) {
+    const Fitness fitness = fitnessOf(boxTriangles({0, 0, 0}, {2, 2, 2}) + boxTriangles({1, 1, 1}, {3, 3, 3}));
+    EXPECT_GT(fitness.crossings.pairs, 0U);
+    EXPECT_EQ(fitness.boundaryEdges + fitness.nonManifoldEdges, 0U);
+    const Lines found = complaints(fitness);
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_TRUE(found[0].starts_with(std::to_string(fitness.crossings.pairs) + " pairs of triangles cross, one of "
+                                                                               "them near "))
+        << found[0];
+    EXPECT_TRUE(found[0].ends_with(": the surface passes through itself; unite the parts that overlap (orva union), or "
+                                   "repair it where it was made"))
+        << found[0];
+}
+
+TEST(Fitness, TriangleTwiceIsNoCrossingBesides) {
+    std::vector<Triangle> triangles = unitBox();
+    triangles.push_back({triangles[3][1], triangles[3][2], triangles[3][0]});
+    EXPECT_EQ(fitnessOf(triangles).crossings.pairs, 0U);
+}
+
+TEST(Fitness, CrossingByLessThanTheToleranceIsANote) {
+    const Fitness fitness =
+        fitnessOf(boxTriangles({0, 0, 0}, {2, 2, 2}) + boxTriangles({2 - 1e-6, 0.5, 0.5}, {3, 1.5, 1.5}));
+    EXPECT_EQ(fitness.crossings.pairs, 0U);
+    EXPECT_GT(fitness.crossings.shallow, 0U);
+    EXPECT_EQ(complaints(fitness), Lines());
+    EXPECT_EQ(remarks(fitness), Lines{std::to_string(fitness.crossings.shallow) +
+                                      " pairs of triangles cross by less than 8e-06, as in results of booleans"});
+}
+
+// ---- by index ----
+
+TEST(Fitness, TwoVerticesInOnePositionAreTwoByIndex) {
+    // Boxes that touch along an edge: by position four triangles meet there, by index two and two.
+    Model model = modelOf(meshOf(unitBox() + boxTriangles({1, 1, 0}, {2, 2, 1})));
+    model.indices.reserve(72);
+    for (const auto& first : {unitBox(), boxTriangles({1, 1, 0}, {2, 2, 1})}) {
+        const SharedVertices part = shareVertices(meshOf(first));
+        const std::size_t base = model.indices.empty() ? 0 : 8;
+        for (const std::size_t corner : part.corners) {
+            model.indices.push_back(static_cast<std::uint32_t>(base + corner));
+        }
+    }
+    Fitness fitness = measureFitness(model);
+    EXPECT_TRUE(fitness.ownIndices);
+    EXPECT_TRUE(isEdgeManifold(fitness.byIndex));
+    EXPECT_EQ(fitness.byIndex.vertices, 16U);
+    EXPECT_EQ(fitness.byIndex.umbrellas, 0U);
+    EXPECT_EQ(fitness.nonManifoldEdges, 1U);
+
+    model.indices.clear();
+    fitness = measureFitness(model);
+    EXPECT_FALSE(fitness.ownIndices);
+    EXPECT_EQ(fitness.byIndex.doubledEdges, 1U);
+    EXPECT_EQ(fitness.byIndex.vertices, 14U);
 }
 
 // ---- parts and the inside ----
@@ -216,7 +279,7 @@ TEST(Fitness, TriangleWithoutAreaSpoilsAUnion) {
         meshOf(std::vector<Triangle>{{{{2, 0, 0}, {2, 1, 0}, {2, 2, 0}}}} + boxTriangles({0, 0, 0}, {2, 2, 2}));
     Mesh result;
     bspcsg::unionMesh(result, spoilt, box({1, 1, 1}, {3, 3, 3}));
-    EXPECT_LT(measureFitness(result).volume, 8.0); // of 15
+    EXPECT_LT(measureFitness(modelOf(result)).volume, 8.0); // of 15
 }
 
 TEST(Fitness, TrianglesNarrowerThanTheTolerance) {
@@ -246,6 +309,18 @@ TEST(Fitness, FarAway) {
     EXPECT_EQ(complaintsOf(boxTriangles({-4e12, 0, 0}, {1 - 4e12, 1, 1})),
               Lines{"coordinates go up to 4e+12, where doubles are 0.0005 apart: too coarse for the tolerance of 1e-06;"
                     " move the mesh to the origin (orva convert --move)"});
+}
+
+TEST(Fitness, OfAnySizeWhereTheUnitIsChosen) {
+    for (const double size : {1e-9, 1e-5, 1.0, 1e12}) {
+        const Fitness fitness = fitnessOf(boxTriangles({0, 0, 0}, {size, size, size}));
+        EXPECT_EQ(complaints(fitness, true), Lines()) << size;
+        EXPECT_EQ(complaints(fitness).empty(), size == 1.0) << size;
+    }
+    // What no unit helps.
+    EXPECT_EQ(complaints(fitnessOf(boxTriangles({-4e12, 0, 0}, {1 - 4e12, 1, 1})), true).size(), 1U);
+    const std::vector<Triangle> sheet{{{{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}}, {{{0, 0, 0}, {1, 1, 0}, {0, 1, 0}}}};
+    EXPECT_EQ(complaints(fitnessOf(sheet + turned(sheet)), true).back(), "it encloses no volume; give it a thickness");
 }
 
 TEST(Fitness, BeyondWhatCanBeMultiplied) {

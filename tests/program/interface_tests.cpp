@@ -146,6 +146,9 @@ TEST_F(Interface, BashCompletes) {
     EXPECT_EQ(offered("orva union --kee"), "--keep-faces\n");
     EXPECT_EQ(offered("orva subtract a.off b.off --mode par"), "parallel\n");
     EXPECT_EQ(offered("orva subtract a.off --mode \"\""), "sequential union parallel\n");
+    EXPECT_EQ(offered("orva ti"), "tidy\n");
+    EXPECT_EQ(offered("orva tidy a.off --merge \"\""), "none cut all\n");
+    EXPECT_EQ(offered("orva union --allow"), "--allow-empty\n");
     EXPECT_EQ(offered("orva convert m"), "mesh.off\n");
     EXPECT_EQ(offered("orva convert mesh.off -o m"), "mesh.off\n");
     EXPECT_EQ(offered("orva convert --from st"), "stl stl-ascii\n");

@@ -27,7 +27,7 @@ protected:
 };
 
 TEST_F(JsonOutput, OfABoolean) {
-    const Outcome run = orva({"union", a, b, "-o", out, "--json"});
+    const Outcome run = orva({"union", a, b, "-o", out, "--json", "--raw"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_TRUE(run.errors.starts_with("orva: union: ")) << run.errors; // the summary stays
     const Json json = objectIn(run);
@@ -44,6 +44,20 @@ TEST_F(JsonOutput, OfABoolean) {
     EXPECT_GE(json["seconds"], json["operation_seconds"]);
 }
 
+TEST_F(JsonOutput, OfATidiedResult) {
+    const Json json = objectIn(orva({"union", a, b, "-o", out, "--json"}));
+    EXPECT_EQ(namesIn(json["output"]), (std::vector<std::string>{"file", "format", "triangles", "tidied"}));
+    const Json& tidied = json["output"]["tidied"];
+    EXPECT_EQ(namesIn(tidied),
+              (std::vector<std::string>{"closed", "pieces", "open_edges", "largest_gap", "soup_triangles",
+                                        "loops_removed", "loop_area", "moved_by_weld", "moved_by_zip", "moved_by_drop",
+                                        "forced_ears", "faces_left", "scale"}));
+    EXPECT_EQ(tidied["closed"], true);
+    EXPECT_EQ(tidied["pieces"], 1);
+    EXPECT_EQ(tidied["open_edges"], 0);
+    EXPECT_GE(tidied["soup_triangles"], json["output"]["triangles"]);
+}
+
 TEST_F(JsonOutput, VerboseMeasures) {
     const Json json = objectIn(orva({"intersect", a, b, "-o", out, "--json", "-v"}));
     EXPECT_EQ(json["output"]["volume"], 1.0);
@@ -52,7 +66,7 @@ TEST_F(JsonOutput, VerboseMeasures) {
 
 TEST_F(JsonOutput, EmptyResultSaysWhy) {
     const std::string empty = file("empty.off", "OFF\n0 0 0\n");
-    const Json json = objectIn(orva({"union", a, empty, "-o", out, "--json", "-q"}));
+    const Json json = objectIn(orva({"intersect", a, empty, "-o", out, "--json", "-q"}));
     EXPECT_EQ(json["output"]["triangles"], 0);
     EXPECT_EQ(json["output"]["empty"], "empty, as every result of an empty mesh");
     EXPECT_EQ(json["warnings"].size(), 1U);

@@ -6,6 +6,7 @@
 
 #include <bit>
 #include <cstddef>
+#include <utility>
 
 namespace orva::program {
 
@@ -45,6 +46,12 @@ Mesh box(const Vec3& low, const Vec3& high) {
     return meshOf(boxTriangles(low, high));
 }
 
+Model modelOf(Mesh mesh) {
+    Model model;
+    model.mesh = std::move(mesh);
+    return model;
+}
+
 Mesh readAs(decltype(Format::read) read, std::string_view bytes) {
     return modelAs(read, bytes).mesh;
 }
@@ -64,10 +71,8 @@ std::string refusalOf(decltype(Format::read) read, std::string_view bytes) {
 }
 
 std::string writeAs(decltype(Format::write) write, const Mesh& mesh) {
-    Model model;
-    model.mesh = mesh;
     Notes notes;
-    return write(model, {}, notes);
+    return write(modelOf(mesh), {}, notes);
 }
 
 std::string boxFile(const Vec3& low, const Vec3& high) {

@@ -22,6 +22,9 @@ Mesh meshOf(const std::vector<Triangle>& triangles);
 
 Mesh box(const Vec3& low, const Vec3& high);
 
+// A model of nothing but that mesh.
+Model modelOf(Mesh mesh);
+
 // What a format's reader and writer make of it, their notes left aside.
 Mesh readAs(decltype(Format::read) read, std::string_view bytes);
 std::string writeAs(decltype(Format::write) write, const Mesh& mesh);

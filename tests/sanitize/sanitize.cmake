@@ -6,8 +6,8 @@ foreach(program IN ITEMS unit_tests allocation_tests)
   target_compile_definitions(${program} PRIVATE ORVA_TEST_PART=10)
 endforeach()
 
-# The library imports the sanitizer here.
-set_tests_properties(binary_interface PROPERTIES DISABLED TRUE)
+# The libraries import the sanitizer here.
+set_tests_properties(binary_interface binary_interface_tidy PROPERTIES DISABLED TRUE)
 
 # It has terabytes of addresses reserved, and ends the process when it is refused more.
 foreach(operation RANGE 4)

@@ -15,7 +15,7 @@ enum class ExitCode {
     Internal = 1,
     Usage = 2,       ///< options, verbs, and file names whose extension names no format
     CannotRead = 3,  ///< a file that is missing, unreadable, or not the mesh that it claims to be
-    Unfit = 4,       ///< a mesh that no boolean should be done with: found by `check`, refused with --strict
+    Unfit = 4,       ///< a mesh that no boolean should be done with: found by `check`, refused with --strict; or an open result
     OutOfMemory = 5, ///< or a mesh beyond what can be counted
     CannotWrite = 6,
     Interrupted = 130, ///< by Ctrl-C, or by the system on its way down; what a shell says of a program that SIGINT ended

@@ -15,13 +15,21 @@ Where forms are mixed, the first operand decides: a result without normals and a
 with them has zeros where an operand had none. ``welded=True`` asks for ``(vertices, faces)`` whatever came in, ``welded=False``
 for triangles.
 
+**Tidied results.** Where the first operand is ``(vertices, faces)``, the result is tidied: closed by index, every edge in exactly
+two faces, with as few triangles as the shape needs. Where it is an array of triangles the result is the bare list of pieces, each
+cut along whole planes, corners in the middle of neighbours' edges. ``tidy=True`` and ``tidy=False`` ask for either one, whatever
+came in; `tidy` makes one of the other. `Report` says whether a result closed, and what was done for it: with
+``return_report=True`` functions return ``(result, report)``. Nothing warns where a result did not close. A vertex of ``(v, 8)``
+at which faces carry different normals or aux is there once for each: such a result is closed by the positions of its vertices.
+
 Seen from outside, the corners of a triangle run counter-clockwise. Lengths are in the unit of your choice; 1e-6 of it is the
-tolerance, so choose one in which parts are between about 1 and 1000 across. Normals and aux are carried through, interpolated where
-a triangle is cut; where a surface is turned inside out the normals are negated.
+tolerance, so choose one in which parts are between about 1 and 1000 across (tidied results are computed in a unit that suits the
+parts). Normals and aux are carried through, interpolated where a triangle is cut; where a surface is turned inside out the normals
+are negated.
 
 **What is assumed.** Each mesh is the whole boundary of a solid: closed, facing outward, not crossing itself. Nothing checks it.
 Other meshes, and NaN and infinite coordinates, go through without an error and give what they give; an empty mesh empties every
-result, a union's included. A result holds more triangles than its shape needs, because triangles are cut by whole planes.
+result, a union's included.
 
 **Numbers.** All is computed in double precision, and the same input gives the same bits at any time, on every platform, with any
 number of threads. (`subtract` with ``mode="parallel"`` is the one exception.) Whatever double precision holds without loss is
@@ -35,7 +43,8 @@ taken: floats, integers up to 2**53, lists of them, in any byte order and memory
 ========================  =============================================================================================
 ``TypeError``             values that are no real numbers (complex, bool, object, masked), faces that are no integers
 ``ValueError``            another shape than above, a number that double precision does not hold (an integer beyond 2**53,
-                          say), a face that names a vertex that is not there, more than 2**31 - 1 corners in one mesh
+                          say), a face that names a vertex that is not there, more than 2**31 - 1 corners in one mesh, an
+                          option that is none, or one for tidying where nothing is tidied
 ``MemoryError``           memory ran out
 ``OverflowError``         a list outgrew what the library can count: 2**31 corners of a result, for instance
 ``RuntimeError``          anything else that the library or its task scheduler throws
@@ -59,9 +68,10 @@ from typing import Any, Literal, TypeAlias, overload
 import numpy as np
 import numpy.typing as npt
 
-from . import _meshes, _native
+from . import _meshes, _native, _tidy
+from ._tidy import Report
 
-__all__ = ["intersect", "subtract", "union", "Mesh", "Mode", "Triangles", "Welded"]
+__all__ = ["intersect", "subtract", "tidy", "union", "Merge", "Mesh", "Mode", "Report", "Triangles", "Welded"]
 __version__ = importlib.metadata.version("orva_acc")
 
 Triangles: TypeAlias = npt.NDArray[np.float64]
@@ -74,6 +84,7 @@ Mesh: TypeAlias = npt.ArrayLike | tuple[npt.ArrayLike, npt.ArrayLike]
 """What the functions take."""
 
 Mode: TypeAlias = Literal["sequential", "union", "parallel"]
+Merge: TypeAlias = Literal["none", "cut", "all"]
 
 _MODES = {
     "sequential": _native.SUBTRACT_IN_TURN,
@@ -86,19 +97,43 @@ def _form(form: _meshes.Form, welded: bool | None) -> _meshes.Form:
     return form if welded is None else _meshes.Form(bool(welded), form.full)
 
 
-def _of_two(operation: int, a: Any, b: Any, welded: bool | None) -> Any:
-    first, form = _meshes.read(a, "a")
-    second, _ = _meshes.read(b, "b")
-    return _meshes.write(_native.call(operation, first, [second]), _form(form, welded))
+def _call(
+    operation: int, base: Any, others: list[tuple[Any, str]], name: str, welded: bool | None, tidy: bool | None,
+    options: _tidy.Options,
+) -> Any:
+    """`name` is that of the base; `others` are meshes with theirs."""
+    first, form = _meshes.read(base, name)
+    rest = [_meshes.read(mesh, of)[0] for mesh, of in others]
+    if form.indexed if tidy is None else tidy:
+        return _tidy.call(operation, [first, *rest], _form(form, welded), options)
+    options.refuse()
+    return _meshes.write(_native.call(operation, first, rest), _form(form, welded))
 
 
 @overload
-def union(a: Mesh, b: Mesh, *, welded: Literal[True]) -> Welded: ...
+def union(
+    a: Mesh, b: Mesh, *, welded: Literal[True], tidy: bool | None = ..., tolerance: float = ..., close_gaps: float = ...,
+    merge: Merge = ..., scale: bool = ..., return_report: Literal[False] = ...,
+) -> Welded: ...
 @overload
-def union(a: Mesh, b: Mesh, *, welded: Literal[False]) -> Triangles: ...
+def union(
+    a: Mesh, b: Mesh, *, welded: Literal[False], tidy: bool | None = ..., tolerance: float = ..., close_gaps: float = ...,
+    merge: Merge = ..., scale: bool = ..., return_report: Literal[False] = ...,
+) -> Triangles: ...
 @overload
-def union(a: Mesh, b: Mesh, *, welded: bool | None = None) -> Any: ...
-def union(a: Mesh, b: Mesh, *, welded: bool | None = None) -> Any:
+def union(
+    a: Mesh, b: Mesh, *, welded: bool | None = ..., tidy: bool | None = ..., tolerance: float = ...,
+    close_gaps: float = ..., merge: Merge = ..., scale: bool = ..., return_report: Literal[False] = ...,
+) -> Any: ...
+@overload
+def union(
+    a: Mesh, b: Mesh, *, welded: bool | None = ..., tidy: bool | None = ..., tolerance: float = ...,
+    close_gaps: float = ..., merge: Merge = ..., scale: bool = ..., return_report: Literal[True],
+) -> tuple[Any, Report]: ...
+def union(
+    a: Mesh, b: Mesh, *, welded: bool | None = None, tidy: bool | None = None, tolerance: float = 0.0, close_gaps: float = 0.0,
+    merge: Merge = "cut", scale: bool = True, return_report: bool = False,
+) -> Any:
     """What lies in a, in b, or in both.
 
     Parameters
@@ -108,39 +143,93 @@ def union(a: Mesh, b: Mesh, *, welded: bool | None = None) -> Any:
         outsides vanish; faces that coincide and face the same way appear once.
     welded : bool, optional
         True for a result of (vertices, faces), False for one of triangles; the default is the form of `a`.
+    tidy : bool, optional
+        Whether the result is tidied; by default where `a` is (vertices, faces). The keywords below are for tidied results alone.
+    tolerance : float, optional
+        How far apart things may be that should be one, in the unit that is computed in; 0, the default, for one that suits the
+        size.
+    close_gaps : float, optional
+        Up to which width gaps are closed that are wider than the tolerance. By default none is.
+    merge : {"cut", "none", "all"}, optional
+        Which coplanar neighbours become one face, to be divided into as few triangles as its outline needs: faces that were cut,
+        none but the pieces of one face of an operand, or all faces. Only faces of one operand whose normals and aux run on
+        linearly are ever merged.
+    scale : bool, optional
+        Whether to compute in a unit that suits the sizes of the meshes, which loses no bit of them.
+    return_report : bool, optional
+        True for a tuple of the result and its `Report`.
 
     Returns
     -------
     ndarray of shape (m, 3, 3) or (m, 3, 8), or tuple of ndarrays (vertices, faces)
-        float64, in the form of `a`, owned by the caller. Corners that are equal in all of their values share a vertex; in the
-        order of their first use.
+        float64 and int64, in the form of `a`, owned by the caller. Not tidied, corners that are equal in all of their values share
+        a vertex; in the order of their first use.
 
     Notes
     -----
     Swapped operands give the same solid, possibly cut into other triangles. Where triangles of a are not cut, they arrive bit for
     bit (welded, 0.0 may stand for -0.0).
     """
-    return _of_two(_native.UNION, a, b, welded)
+    options = _tidy.Options(tolerance, close_gaps, merge, scale, return_report)
+    return _call(_native.UNION, a, [(b, "b")], "a", welded, tidy, options)
 
 
 @overload
-def intersect(a: Mesh, b: Mesh, *, welded: Literal[True]) -> Welded: ...
+def intersect(
+    a: Mesh, b: Mesh, *, welded: Literal[True], tidy: bool | None = ..., tolerance: float = ..., close_gaps: float = ...,
+    merge: Merge = ..., scale: bool = ..., return_report: Literal[False] = ...,
+) -> Welded: ...
 @overload
-def intersect(a: Mesh, b: Mesh, *, welded: Literal[False]) -> Triangles: ...
+def intersect(
+    a: Mesh, b: Mesh, *, welded: Literal[False], tidy: bool | None = ..., tolerance: float = ..., close_gaps: float = ...,
+    merge: Merge = ..., scale: bool = ..., return_report: Literal[False] = ...,
+) -> Triangles: ...
 @overload
-def intersect(a: Mesh, b: Mesh, *, welded: bool | None = None) -> Any: ...
-def intersect(a: Mesh, b: Mesh, *, welded: bool | None = None) -> Any:
+def intersect(
+    a: Mesh, b: Mesh, *, welded: bool | None = ..., tidy: bool | None = ..., tolerance: float = ...,
+    close_gaps: float = ..., merge: Merge = ..., scale: bool = ..., return_report: Literal[False] = ...,
+) -> Any: ...
+@overload
+def intersect(
+    a: Mesh, b: Mesh, *, welded: bool | None = ..., tidy: bool | None = ..., tolerance: float = ...,
+    close_gaps: float = ..., merge: Merge = ..., scale: bool = ..., return_report: Literal[True],
+) -> tuple[Any, Report]: ...
+def intersect(
+    a: Mesh, b: Mesh, *, welded: bool | None = None, tidy: bool | None = None, tolerance: float = 0.0, close_gaps: float = 0.0,
+    merge: Merge = "cut", scale: bool = True, return_report: bool = False,
+) -> Any:
     """What lies in both a and b; parameters, result and notes as for `union`."""
-    return _of_two(_native.INTERSECT, a, b, welded)
+    options = _tidy.Options(tolerance, close_gaps, merge, scale, return_report)
+    return _call(_native.INTERSECT, a, [(b, "b")], "a", welded, tidy, options)
 
 
 @overload
-def subtract(base: Mesh, cutters: Iterable[Mesh], mode: Mode = ..., *, welded: Literal[True]) -> Welded: ...
+def subtract(
+    base: Mesh, cutters: Iterable[Mesh], mode: Mode = ..., *, welded: Literal[True], tidy: bool | None = ...,
+    tolerance: float = ..., close_gaps: float = ..., merge: Merge = ..., scale: bool = ...,
+    return_report: Literal[False] = ...,
+) -> Welded: ...
 @overload
-def subtract(base: Mesh, cutters: Iterable[Mesh], mode: Mode = ..., *, welded: Literal[False]) -> Triangles: ...
+def subtract(
+    base: Mesh, cutters: Iterable[Mesh], mode: Mode = ..., *, welded: Literal[False], tidy: bool | None = ...,
+    tolerance: float = ..., close_gaps: float = ..., merge: Merge = ..., scale: bool = ...,
+    return_report: Literal[False] = ...,
+) -> Triangles: ...
 @overload
-def subtract(base: Mesh, cutters: Iterable[Mesh], mode: Mode = ..., *, welded: bool | None = None) -> Any: ...
-def subtract(base: Mesh, cutters: Iterable[Mesh], mode: Mode = "sequential", *, welded: bool | None = None) -> Any:
+def subtract(
+    base: Mesh, cutters: Iterable[Mesh], mode: Mode = ..., *, welded: bool | None = ..., tidy: bool | None = ...,
+    tolerance: float = ..., close_gaps: float = ..., merge: Merge = ..., scale: bool = ...,
+    return_report: Literal[False] = ...,
+) -> Any: ...
+@overload
+def subtract(
+    base: Mesh, cutters: Iterable[Mesh], mode: Mode = ..., *, welded: bool | None = ..., tidy: bool | None = ...,
+    tolerance: float = ..., close_gaps: float = ..., merge: Merge = ..., scale: bool = ..., return_report: Literal[True],
+) -> tuple[Any, Report]: ...
+def subtract(
+    base: Mesh, cutters: Iterable[Mesh], mode: Mode = "sequential", *, welded: bool | None = None, tidy: bool | None = None,
+    tolerance: float = 0.0, close_gaps: float = 0.0, merge: Merge = "cut", scale: bool = True, return_report: bool = False,
+) -> Any:
     """What lies in base but in none of the cutters.
 
     Parameters
@@ -160,12 +249,16 @@ def subtract(base: Mesh, cutters: Iterable[Mesh], mode: Mode = "sequential", *, 
           processor, or a process made by "fork" after a first call), the unions are merged as in "union".
     welded : bool, optional
         True for a result of (vertices, faces), False for one of triangles; the default is the form of `base`.
+    tidy : bool, optional
+        Whether the result is tidied; by default where `base` is (vertices, faces).
+    tolerance, close_gaps, merge, scale, return_report : optional
+        How it is tidied, as for `union`.
 
     Returns
     -------
     ndarray of shape (m, 3, 3) or (m, 3, 8), or tuple of ndarrays (vertices, faces)
-        float64, in the form of `base`, owned by the caller. The walls that a cutter leaves are its triangles turned around:
-        corners in reverse order, normals negated, aux as it was.
+        float64 and int64, in the form of `base`, owned by the caller. The walls that a cutter leaves are its triangles turned
+        around: corners in reverse order, normals negated, aux as it was.
 
     Raises
     ------
@@ -176,10 +269,53 @@ def subtract(base: Mesh, cutters: Iterable[Mesh], mode: Mode = "sequential", *, 
         operation = _MODES[mode]
     except (KeyError, TypeError):
         raise ValueError(f'mode is "sequential", "union" or "parallel", not {mode!r}') from None
-    first, form = _meshes.read(base, "base")
     if isinstance(cutters, np.ndarray) and cutters.ndim == 3:
         raise ValueError("cutters: a list of meshes is needed; a single mesh goes into a list, too")
-    others = [_meshes.read(cutter, f"cutters[{index}]")[0] for index, cutter in enumerate(cutters)]
+    options = _tidy.Options(tolerance, close_gaps, merge, scale, return_report)
+    others = [(cutter, f"cutters[{index}]") for index, cutter in enumerate(cutters)]
     if not others:
         raise ValueError("cutters: none. Nothing is cut then: keep the base")
-    return _meshes.write(_native.call(operation, first, others), _form(form, welded))
+    return _call(operation, base, others, "base", welded, tidy, options)
+
+
+@overload
+def tidy(
+    mesh: Mesh, *, welded: Literal[True] = ..., tolerance: float = ..., close_gaps: float = ..., merge: Merge = ...,
+    return_report: Literal[False] = ...,
+) -> Welded: ...
+@overload
+def tidy(
+    mesh: Mesh, *, welded: Literal[False], tolerance: float = ..., close_gaps: float = ..., merge: Merge = ...,
+    return_report: Literal[False] = ...,
+) -> Triangles: ...
+@overload
+def tidy(
+    mesh: Mesh, *, welded: bool = ..., tolerance: float = ..., close_gaps: float = ..., merge: Merge = ...,
+    return_report: Literal[True],
+) -> tuple[Any, Report]: ...
+def tidy(
+    mesh: Mesh, *, welded: bool = True, tolerance: float = 0.0, close_gaps: float = 0.0, merge: Merge = "cut",
+    return_report: bool = False,
+) -> Any:
+    """The mesh closed by index, with few triangles, whoever made it.
+
+    Coplanar pieces that hang together are taken for pieces of one face: corners in the middle of their edges go, those that are
+    apart by no more than the tolerance become one. What is open stays open, unless `close_gaps` says up to which width.
+
+    Parameters
+    ----------
+    mesh : array_like of shape (n, 3, 3) or (n, 3, 8), or tuple (vertices, faces)
+        See the module for the forms and for the errors.
+    welded : bool, optional
+        False for a result of triangles.
+    tolerance, close_gaps, merge, return_report : optional
+        As for `union`.
+
+    Returns
+    -------
+    tuple of ndarrays (vertices, faces), or ndarray of shape (m, 3, 3) or (m, 3, 8)
+        float64 and int64, owned by the caller.
+    """
+    vertices, form = _meshes.read(mesh, "mesh")
+    options = _tidy.Options(tolerance, close_gaps, merge, return_report=return_report)
+    return _tidy.call(_native.TIDY, [vertices], _form(form, welded), options)

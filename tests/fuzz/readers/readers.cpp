@@ -15,6 +15,7 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orva::fuzz {
 
@@ -44,11 +45,27 @@ void requireOneLine(std::string_view message) {
     require(message.find("; ") != std::string_view::npos, "a message that says what to do");
 }
 
+// As many numbers as corners, none larger than the bytes pay for, and one position for each.
+void requireIndices(const Model& model, std::size_t mostVertices) {
+    if (model.indices.empty()) return;
+    require(model.indices.size() == model.mesh.vertices.size(), "an index for each corner");
+    const std::size_t count = std::size_t{1} + *std::max_element(model.indices.begin(), model.indices.end());
+    require(count <= mostVertices, "no more vertices than the bytes pay for");
+    std::vector<const types::Vec3*> positions(count);
+    for (std::size_t i = 0; i < model.indices.size(); ++i) {
+        const types::Vec3& here = model.mesh.vertices[i].pos;
+        const types::Vec3*& position = positions[model.indices[i]];
+        if (position == nullptr) position = &here;
+        require(position->x == here.x && position->y == here.y && position->z == here.z, "a position for each vertex");
+    }
+}
+
 void requirePromises(const Model& model, std::size_t mostTriangles) {
     const std::size_t triangles = countTriangles(model.mesh);
     require(model.mesh.vertices.size() == 3 * triangles, "whole triangles");
     require(triangles <= mostTriangles, "no more triangles than the bytes pay for");
     require(model.faces.empty() || model.faces.size() == triangles, "a face for each triangle");
+    requireIndices(model, 3 * mostTriangles);
     require(std::is_sorted(model.faces.begin(), model.faces.end()), "faces in the order of the file");
     require(model.origins.empty() || model.origins.size() == triangles, "an origin for each triangle");
     for (const types::Vertex& vertex : model.mesh.vertices) {

@@ -1,5 +1,6 @@
-/* Two cubes become one solid; the exit status is the number of its triangles. No C library: nothing to print with. */
-#include <orva/orva.h>
+/* Two cubes become one solid, as a soup and tidied; the exit status is the number of triangles of both. No C library: nothing
+ * to print with. */
+#include <orva/tidy.h>
 
 #include <stddef.h>
 
@@ -18,13 +19,16 @@ static void fill_cube(VertexD* cube, double from) {
 }
 
 void start(void) {
-    MeshD a = {36, vertices[0]}, b = {36, vertices[1]};
+    MeshD cubes[2] = {{36, vertices[0]}, {36, vertices[1]}};
+    OrvaSolid tidied;
     MeshD* result = orva_meshd_create(0);
     unsigned triangles = 0;
     fill_cube(vertices[0], 0);
     fill_cube(vertices[1], 1);
-    orva_bspcsg_union_mesh(result, &a, &b);
+    orva_bspcsg_union_mesh(result, &cubes[0], &cubes[1]);
     triangles = (unsigned)(result->count / 3);
     orva_meshd_destroy(result);
+    if (orva_tidy_union(&tidied, NULL, cubes, 2, NULL) == ORVA_TIDY_DONE) triangles += (unsigned)tidied.face_count;
+    orva_tidy_free(&tidied);
     ExitProcess(triangles);
 }

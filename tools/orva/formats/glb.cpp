@@ -257,8 +257,12 @@ void spend(std::size_t& budget, std::size_t triangles, const std::string& where)
     budget -= triangles;
 }
 
+// A vertex of a file: the node, the positions that its mesh refers to, and the place among these. Primitives that refer
+// to the same positions share their vertices.
+using VertexName = std::array<std::size_t, 3>;
+
 void readPrimitive(const GlbFile& file, const Json& primitive, const std::string& where, const PlacedMesh& placed,
-                   std::size_t& budget, ModelBuilder& builder) {
+                   std::size_t& budget, ModelBuilder& builder, std::vector<VertexName>& names) {
     spend(budget, 1, where);
     constexpr std::size_t triangles = 4; // 0 to 3 are points and lines, 5 and 6 strips and fans
     const std::size_t mode = wholeNumber(primitive, "mode", where).value_or(triangles);
@@ -290,17 +294,36 @@ void readPrimitive(const GlbFile& file, const Json& primitive, const std::string
             if (corner >= vertices) failIndex(byteAt(indices->placeOf(item, 0)), std::to_string(corner), vertices);
         }
         if (mirrored) std::swap(triangle[1], triangle[2]);
+        for (const std::size_t vertex : triangle) names.push_back({placed.node, *position, vertex});
         builder.addTriangle(cornerOf(attributes, triangle[0], placed), cornerOf(attributes, triangle[1], placed),
                             cornerOf(attributes, triangle[2], placed));
     }
+}
+
+// The vertices by numbers, without gaps: no file can ask for more than it has corners.
+std::vector<std::uint32_t> numbersFor(const std::vector<VertexName>& names) {
+    std::vector<VertexName> sorted = names;
+    std::sort(sorted.begin(), sorted.end());
+    sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
+    if (sorted.size() > std::numeric_limits<std::uint32_t>::max()) {
+        throw MeshError("more than 4294967295 vertices; divide the mesh into several files");
+    }
+    std::vector<std::uint32_t> numbers;
+    numbers.reserve(names.size());
+    for (const VertexName& name : names) {
+        const auto place = std::lower_bound(sorted.begin(), sorted.end(), name) - sorted.begin();
+        numbers.push_back(static_cast<std::uint32_t>(place));
+    }
+    return numbers;
 }
 
 // ---- writing ----
 
 constexpr std::size_t rowSize = 8; // position, normal, texture coordinates
 
+// note: behind them stands the model's own index, if it has one: vertices that differ in nothing else stay two.
 struct Table {
-    SharedRows<rowSize> vertices;
+    SharedRows<rowSize + 1> vertices;
     std::vector<std::size_t> corners;
 };
 
@@ -318,7 +341,8 @@ Table tableOf(const Model& model, Notes& notes) {
         const Corners corners = rounded(model.mesh, i, inSinglePrecision);
         for (std::size_t k = 0; k < 3; ++k) {
             const types::Vertex& vertex = model.mesh.vertices[3 * i + k];
-            std::array<double, rowSize> row{corners[k].x, corners[k].y, corners[k].z};
+            std::array<double, rowSize + 1> row{corners[k].x, corners[k].y, corners[k].z};
+            if (!model.indices.empty()) row[rowSize] = static_cast<double>(model.indices[3 * i + k]);
             if (model.hasNormals) {
                 const types::Vec3 facet = facetNormal(corners[0], corners[1], corners[2]);
                 const types::Vec3 normal = writableNormal(vertex.normal, facet);
@@ -398,6 +422,7 @@ Model readGlb(std::string_view bytes, Notes& /*notes*/) {
     const GlbFile file = open(bytes);
     requireNoExtensions(file.document);
     ModelBuilder builder;
+    std::vector<VertexName> names;
     std::size_t budget = trianglesPerByte * bytes.size();
     for (const PlacedMesh& placed : placedMeshes(file.document)) {
         const Json& mesh = entryOf(file.document, "meshes", placed.mesh);
@@ -405,10 +430,12 @@ Model readGlb(std::string_view bytes, Notes& /*notes*/) {
         if (primitives == mesh.end()) continue;
         for (std::size_t i = 0; i < primitives->size(); ++i) {
             const std::string where = entryAt("meshes", placed.mesh) + "." + entryAt("primitives", i);
-            readPrimitive(file, entryOf(mesh, "primitives", i), where, placed, budget, builder);
+            readPrimitive(file, entryOf(mesh, "primitives", i), where, placed, budget, builder, names);
         }
     }
-    return builder.take();
+    Model model = builder.take();
+    model.indices = numbersFor(names);
+    return model;
 }
 
 std::string writeGlb(const Model& model, const WriteOptions& /*options*/, Notes& notes) {

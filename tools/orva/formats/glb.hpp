@@ -25,8 +25,8 @@ namespace orva::program {
 /// by far.
 Model readGlb(std::string_view bytes, Notes& notes);
 
-/// One mesh. Corners that are equal in single precision, in all that the model has, become one vertex. Normals are made
-/// unit length, as they have to be here.
+/// One mesh. Corners that are equal in single precision, in all that the model has, its own indices included, become
+/// one vertex. Normals are made unit length, as they have to be here.
 std::string writeGlb(const Model& model, const WriteOptions& options, Notes& notes);
 
 } // namespace orva::program

@@ -4,6 +4,7 @@
 #include "formats/text.hpp"
 #include "mesh/model_builder.hpp"
 #include "mesh/shared_rows.hpp"
+#include "mesh/shared_vertices.hpp"
 
 #include <algorithm>
 #include <array>
@@ -48,8 +49,7 @@ std::array<double, 2> textureInLine(Words& words) {
 
 // From 1 to the number of those that were read so far, or from -1 back.
 template <typename Value>
-const Value& chosen(const Words& words, const std::vector<Value>& list, std::string_view number,
-                    std::string_view kind) {
+std::size_t chosen(const Words& words, const std::vector<Value>& list, std::string_view number, std::string_view kind) {
     std::int64_t index = 0;
     const auto size = static_cast<std::int64_t>(list.size());
     const bool isNumber = parse(number, index);
@@ -58,7 +58,7 @@ const Value& chosen(const Words& words, const std::vector<Value>& list, std::str
         failAt(words, inQuotes(number) + " is not the number of one of the " + std::to_string(size) + " " +
                           std::string(kind) + " above");
     }
-    return list[static_cast<std::size_t>(index - 1)];
+    return static_cast<std::size_t>(index - 1);
 }
 
 // "position", "position/texture", "position//normal" or "position/texture/normal".
@@ -72,9 +72,11 @@ Corner readCorner(const Words& words, std::string_view reference, const Lists& l
     }
     if (!rest.empty()) failAt(words, inQuotes(reference) + " has more than three numbers for a corner");
     Corner corner;
-    corner.position = chosen(words, lists.positions, parts[0], "positions");
-    if (!parts[1].empty()) corner.texture = chosen(words, lists.texture, parts[1], "texture coordinates");
-    if (!parts[2].empty()) corner.normal = chosen(words, lists.normals, parts[2], "normals");
+    corner.vertex = chosen(words, lists.positions, parts[0], "positions");
+    corner.position = lists.positions[*corner.vertex];
+    if (!parts[1].empty())
+        corner.texture = lists.texture[chosen(words, lists.texture, parts[1], "texture coordinates")];
+    if (!parts[2].empty()) corner.normal = lists.normals[chosen(words, lists.normals, parts[2], "normals")];
     return corner;
 }
 
@@ -121,7 +123,7 @@ Model readObj(std::string_view bytes, Notes& /*notes*/) {
 }
 
 std::string writeObj(const Model& model, const WriteOptions& options, Notes& /*notes*/) {
-    SharedRows<3> positions;
+    const SharedVertices shared = verticesOf(model);
     SharedRows<2> texture;
     SharedRows<3> normals;
     std::string faces;
@@ -129,7 +131,7 @@ std::string writeObj(const Model& model, const WriteOptions& options, Notes& /*n
     for (std::size_t i = 0; i < count; ++i) {
         const types::Vertex& vertex = model.mesh.vertices[i];
         faces += i % 3 == 0 ? "f " : " ";
-        appendNumber(faces, positions.indexOf({vertex.pos.x, vertex.pos.y, vertex.pos.z}) + 1);
+        appendNumber(faces, shared.corners[i] + 1);
         if (model.hasTexture) {
             faces += '/';
             appendNumber(faces, texture.indexOf(vertex.aux) + 1);
@@ -142,7 +144,9 @@ std::string writeObj(const Model& model, const WriteOptions& options, Notes& /*n
     }
 
     std::string text = "# written by orva\n";
-    for (const auto& row : positions.rows()) appendLine(text, "v", row.data(), row.size(), options);
+    for (const types::Vec3& p : shared.positions) {
+        appendLine(text, "v", std::array{p.x, p.y, p.z}.data(), 3, options);
+    }
     for (const auto& row : texture.rows()) appendLine(text, "vt", row.data(), row.size(), options);
     for (const auto& row : normals.rows()) appendLine(text, "vn", row.data(), row.size(), options);
     return text + faces;

@@ -24,7 +24,8 @@ namespace orva::program {
 /// A face of more than three corners becomes a fan around its first corner. What a face names has to stand above it.
 Model readObj(std::string_view bytes, Notes& notes);
 
-/// Positions, normals and texture coordinates that are equal stand there once, each on its own.
+/// The model's own vertices; without, positions that are equal stand there once. Normals and texture coordinates that
+/// are equal do so always.
 std::string writeObj(const Model& model, const WriteOptions& options, Notes& notes);
 
 } // namespace orva::program

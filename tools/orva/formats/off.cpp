@@ -61,7 +61,10 @@ Model readOff(std::string_view bytes, Notes& /*notes*/) {
         std::size_t corners = 0;
         if (!parse(word, corners)) failAt(words, inQuotes(word) + " is not the number of a face's corners");
         builder.beginFace();
-        for (; corners > 0; --corners) builder.addCorner({positions[index(words, faces, positions.size())], {}, {}});
+        for (; corners > 0; --corners) {
+            const std::size_t vertex = index(words, faces, positions.size());
+            builder.addCorner({positions[vertex], {}, {}, vertex});
+        }
         words.skipLine(); // colours
     }
     if (!words.next().empty())
@@ -70,7 +73,7 @@ Model readOff(std::string_view bytes, Notes& /*notes*/) {
 }
 
 std::string writeOff(const Model& model, const WriteOptions& options, Notes& /*notes*/) {
-    const SharedVertices shared = shareVertices(model.mesh);
+    const SharedVertices shared = verticesOf(model);
     std::string text = "OFF\n";
     appendNumber(text, shared.positions.size());
     text += ' ';

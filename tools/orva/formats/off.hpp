@@ -26,7 +26,7 @@ namespace orva::program {
 /// COFF, NOFF and the like are read too: what stands in a vertex's line behind its position is ignored.
 Model readOff(std::string_view bytes, Notes& notes);
 
-/// Corners at equal positions become one vertex. Triangles come in the mesh's order.
+/// The model's own vertices; without, corners at equal positions become one. Triangles come in the mesh's order.
 std::string writeOff(const Model& model, const WriteOptions& options, Notes& notes);
 
 } // namespace orva::program

@@ -179,7 +179,7 @@ template <typename Values> Vertices readVertices(Values& values, const PlyElemen
 
 Corner cornerOf(const Vertices& vertices, std::size_t index) {
     const types::Vertex& vertex = vertices.list[index];
-    Corner corner{vertex.pos, {}, {}};
+    Corner corner{vertex.pos, {}, {}, index};
     if (vertices.haveNormals) corner.normal = vertex.normal;
     if (vertices.haveTexture) corner.texture = vertex.aux;
     return corner;
@@ -279,8 +279,10 @@ std::size_t beginOfContent(std::string_view bytes, Words& words) {
 
 // ---- writing ----
 
+// note: behind the properties stands the model's own index, if it has one: vertices that differ in nothing else stay
+// two.
 struct Table {
-    SharedRows<rowSize> vertices;
+    SharedRows<rowSize + 1> vertices;
     std::vector<std::size_t> corners;
 };
 
@@ -292,8 +294,9 @@ Table tableOf(const Model& model) {
         const types::Vertex& vertex = model.mesh.vertices[i];
         const types::Vec3 normal = model.hasNormals ? vertex.normal : types::Vec3();
         const std::array<double, 2> texture = model.hasTexture ? vertex.aux : std::array<double, 2>();
+        const double index = model.indices.empty() ? 0.0 : static_cast<double>(model.indices[i]);
         table.corners.push_back(table.vertices.indexOf(
-            {vertex.pos.x, vertex.pos.y, vertex.pos.z, normal.x, normal.y, normal.z, texture[0], texture[1]}));
+            {vertex.pos.x, vertex.pos.y, vertex.pos.z, normal.x, normal.y, normal.z, texture[0], texture[1], index}));
     }
     if (table.vertices.rows().size() > std::numeric_limits<std::uint32_t>::max()) {
         throw MeshError("too many vertices for PLY; write .stl or divide the mesh");

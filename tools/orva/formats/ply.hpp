@@ -32,7 +32,8 @@ namespace orva::program {
 /// All three. A face of more than three corners becomes a fan around its first corner; one of fewer is passed over.
 Model readPly(std::string_view bytes, Notes& notes);
 
-/// Doubles. Corners that are equal in all that the model has become one vertex.
+/// Doubles. Corners that are equal in all that the model has, its own indices included, become one vertex: where
+/// normals or texture coordinates have a seam, there are two.
 std::string writePly(const Model& model, const WriteOptions& options, Notes& notes); ///< binary, little-endian
 std::string writePlyBigEndian(const Model& model, const WriteOptions& options, Notes& notes);
 std::string writeTextPly(const Model& model, const WriteOptions& options, Notes& notes);

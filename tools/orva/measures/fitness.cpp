@@ -1,5 +1,6 @@
 #include "measures/fitness.hpp"
 
+#include "measures/by_vertex.hpp"
 #include "measures/closedness.hpp"
 #include "measures/forest.hpp"
 #include "measures/volume.hpp"
@@ -11,7 +12,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numeric>
 #include <tuple>
 #include <utility>
 
@@ -20,24 +20,6 @@ namespace orva::program {
 namespace {
 
 using types::Vec3;
-
-// ---- things in buckets ----
-
-// Items that begin with an index of a vertex, in the order of that index: counted, then put in their places. Within one
-// vertex they are sorted as they are; few share one.
-template <typename Item> std::vector<Item> sortedByVertex(const std::vector<Item>& items, std::size_t vertexCount) {
-    std::vector<std::size_t> begins(vertexCount + 1);
-    for (const Item& item : items) ++begins[item.vertex + 1];
-    std::partial_sum(begins.begin(), begins.end(), begins.begin());
-    std::vector<Item> sorted(items.size());
-    std::vector<std::size_t> places = begins;
-    for (const Item& item : items) sorted[places[item.vertex]++] = item;
-    for (std::size_t vertex = 0; vertex < vertexCount; ++vertex) {
-        std::sort(sorted.begin() + static_cast<std::ptrdiff_t>(begins[vertex]),
-                  sorted.begin() + static_cast<std::ptrdiff_t>(begins[vertex + 1]));
-    }
-    return sorted;
-}
 
 // One triangle's side: the lower of its two vertices, the other one, and whether it runs from that to the lower.
 struct Side {
@@ -56,9 +38,10 @@ struct Corners {
     std::size_t vertex = 0;
     std::size_t second = 0;
     std::size_t third = 0;
+    std::size_t triangle = 0;
 
     bool operator<(const Corners& corners) const {
-        return std::tie(second, third) < std::tie(corners.second, corners.third);
+        return std::tie(second, third, triangle) < std::tie(corners.second, corners.third, corners.triangle);
     }
     bool operator==(const Corners& corners) const {
         return vertex == corners.vertex && second == corners.second && third == corners.third;
@@ -141,16 +124,23 @@ void measureTriangles(const SharedVertices& mesh, Fitness& fitness) {
     }
 }
 
-void countDuplicates(const SharedVertices& mesh, Fitness& fitness) {
+// Which triangles have the corners of an earlier one.
+std::vector<bool> findDuplicates(const SharedVertices& mesh, Fitness& fitness) {
     std::vector<Corners> triangles;
     triangles.reserve(fitness.triangles);
     for (std::size_t i = 0; i < mesh.corners.size(); i += 3) {
         std::array<std::size_t, 3> corners{mesh.corners[i], mesh.corners[i + 1], mesh.corners[i + 2]};
         std::sort(corners.begin(), corners.end());
-        triangles.push_back({corners[0], corners[1], corners[2]});
+        triangles.push_back({corners[0], corners[1], corners[2], i / 3});
     }
     triangles = sortedByVertex(triangles, mesh.positions.size());
-    for (std::size_t i = 1; i < triangles.size(); ++i) fitness.duplicates += triangles[i] == triangles[i - 1] ? 1 : 0;
+    std::vector<bool> duplicates(fitness.triangles);
+    for (std::size_t i = 1; i < triangles.size(); ++i) {
+        if (!(triangles[i] == triangles[i - 1])) continue;
+        duplicates[triangles[i].triangle] = true;
+        ++fitness.duplicates;
+    }
+    return duplicates;
 }
 
 std::vector<Side> sidesOf(const SharedVertices& mesh) {
@@ -229,10 +219,11 @@ int exponentTo1(double size) {
     return -static_cast<int>(std::floor(std::log10(size)));
 }
 
-void complainOfSize(const Fitness& fitness, std::vector<std::string>& found) {
+// note: another unit makes no mesh any finer that is small beside its distance from the origin.
+void complainOfSize(const Fitness& fitness, bool anySize, std::vector<std::string>& found) {
     const double size = largestSide(fitness.box);
     const double reach = farthest(fitness.box);
-    if (reach >= largest) {
+    if (reach >= largest && !(anySize && size >= largest)) {
         const double step = std::nextafter(reach, HUGE_VAL) - reach;
         std::string text = formatted("coordinates go up to %.2g, where doubles are %.1g apart: too coarse for the "
                                      "tolerance of %g; ",
@@ -244,7 +235,7 @@ void complainOfSize(const Fitness& fitness, std::vector<std::string>& found) {
         }
         found.push_back(text);
     }
-    if (size < smallest && size > 0.0) {
+    if (size < smallest && size > 0.0 && !anySize) {
         found.push_back(formatted("it is %.2g across, and what is closer than the tolerance of %g counts as one place; "
                                   "scale it by 1e%d or so (orva convert --scale)",
                                   size, TOLERANCE, exponentTo1(size)));
@@ -253,12 +244,17 @@ void complainOfSize(const Fitness& fitness, std::vector<std::string>& found) {
 
 } // namespace
 
-Fitness measureFitness(const types::Mesh<double>& mesh) {
+Fitness measureFitness(const Model& model) {
     Fitness fitness;
-    const SharedVertices shared = shareVertices(mesh);
+    const SharedVertices shared = shareVertices(model.mesh);
     measureTriangles(shared, fitness);
-    fitness.volume = signedVolume(mesh);
-    countDuplicates(shared, fitness);
+    fitness.volume = signedVolume(model.mesh);
+    const std::vector<bool> duplicates = findDuplicates(shared, fitness);
+    fitness.crossings = findCrossings(shared, duplicates, CLOSING_TOLERANCE);
+    fitness.ownIndices = !model.indices.empty();
+    const SharedVertices own = fitness.ownIndices ? verticesOf(model) : SharedVertices();
+    const SharedVertices& indexed = fitness.ownIndices ? own : shared;
+    fitness.byIndex = measureManifold(indexed.corners, indexed.positions.size());
 
     Forest parts(fitness.triangles);
     const bool matched = countEdges(shared, parts, fitness);
@@ -273,7 +269,7 @@ Fitness measureFitness(const types::Mesh<double>& mesh) {
     return fitness;
 }
 
-std::vector<std::string> complaints(const Fitness& fitness) {
+std::vector<std::string> complaints(const Fitness& fitness, bool anySize) {
     std::vector<std::string> found;
     if (fitness.triangles == 0) {
         found.emplace_back("it has no triangles, and a boolean with an empty mesh gives nothing; check that the right "
@@ -308,9 +304,20 @@ std::vector<std::string> complaints(const Fitness& fitness) {
                         " no area, and parts of the result can vanish there; take them away");
     }
 
+    const Crossings& crossings = fitness.crossings;
+    if (crossings.pairs > 0) {
+        found.push_back((crossings.complete ? "" : "more than ") +
+                        counted(crossings.pairs, "pair of triangles crosses", "pairs of triangles cross") +
+                        formatted(", one of them near %.6g %.6g %.6g: the surface passes through itself; unite the "
+                                  "parts that overlap (orva union), or repair it where it was made",
+                                  crossings.place.x, crossings.place.y, crossings.place.z));
+    }
+
     const double thickness = 2.0 * std::abs(fitness.volume) / fitness.area; // of a plate with this volume and area
     const bool closed = fitness.openEdges == 0;
-    if (closed && !(thickness >= TOLERANCE)) {
+    // In a unit that suits the size, the mesh is about a thousand across.
+    const double tolerance = anySize ? std::min(TOLERANCE, 1e-3 * TOLERANCE * largestSide(fitness.box)) : TOLERANCE;
+    if (closed && !(thickness >= tolerance)) {
         found.emplace_back("it encloses no volume; give it a thickness");
     } else if (closed && fitness.volume < 0.0) {
         found.push_back(formatted("its volume is negative, %.4g: it is inside out; turn all of its triangles around",
@@ -319,7 +326,7 @@ std::vector<std::string> complaints(const Fitness& fitness) {
         found.push_back(counted(fitness.insideOutParts, "part is", "parts are") + " inside out; turn " +
                         (fitness.insideOutParts == 1 ? "its" : "their") + " triangles around");
     }
-    complainOfSize(fitness, found);
+    complainOfSize(fitness, anySize, found);
     return found;
 }
 
@@ -328,6 +335,10 @@ std::vector<std::string> remarks(const Fitness& fitness) {
     if (closesInPieces(fitness)) {
         found.push_back(counted(fitness.boundaryEdges, "edge matches its neighbours", "edges match their neighbours") +
                         formatted(" only piece by piece, within %g, as results of booleans do", CLOSING_TOLERANCE));
+    }
+    if (fitness.crossings.shallow > 0) {
+        found.push_back(counted(fitness.crossings.shallow, "pair of triangles crosses", "pairs of triangles cross") +
+                        formatted(" by less than %g, as in results of booleans", CLOSING_TOLERANCE));
     }
     if (fitness.thin > 0) {
         found.push_back(counted(fitness.thin, "triangle is", "triangles are") +

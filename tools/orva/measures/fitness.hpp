@@ -4,6 +4,8 @@
 #define ORVA_PROGRAM_MEASURES_FITNESS_HPP
 
 #include "measures/box_tree.hpp"
+#include "measures/crossings.hpp"
+#include "measures/manifold.hpp"
 #include "mesh/model.hpp"
 
 #include <cstddef>
@@ -32,13 +34,17 @@ struct Fitness {
     double volume = 0.0;              ///< in cubic units; negative if the mesh is inside out
     double area = 0.0;                ///< in square units
     Box box;                          ///< zero for a mesh without triangles
+    Crossings crossings;              ///< of the surface with itself, deeper and shallower than CLOSING_TOLERANCE
+    bool ownIndices = false;          ///< whether the next are the file's; else equal positions are one vertex
+    Manifold byIndex;                 ///< which no boolean asks for
 };
 
 /// In n log n for n triangles. Coordinates are finite.
-Fitness measureFitness(const types::Mesh<double>& mesh);
+Fitness measureFitness(const Model& model);
 
-/// Why a boolean may go wrong, and what to do about it, a sentence each; empty for a mesh that is fit.
-std::vector<std::string> complaints(const Fitness& fitness);
+/// Why a boolean may go wrong, and what to do about it, a sentence each; empty for a mesh that is fit. A boolean that
+/// chooses its own unit takes meshes of every size.
+std::vector<std::string> complaints(const Fitness& fitness, bool anySize = false);
 
 /// What is worth knowing, and does a boolean no harm: that the mesh closes only within the tolerance, for instance, as
 /// results of booleans do.

@@ -27,6 +27,10 @@ struct Model {
     /// Whether the corners' `aux` are texture coordinates, u and v. If not, they are zero.
     bool hasTexture = false;
 
+    /// For each triangle its three vertices, as the file numbers them: two vertices may lie in one position. Below 2^32
+    /// and in proportion to the mesh. Empty where there are no numbers, as in STL: equal positions are one vertex then.
+    std::vector<std::uint32_t> indices;
+
     /// For each triangle the face in the file that it is a part of, from 0; empty where triangle i is face i.
     std::vector<std::uint32_t> faces;
 

@@ -36,12 +36,24 @@ void ModelBuilder::addTriangleOfFace() {
     }
     if (triangle != face || !model.faces.empty()) model.faces.push_back(face);
 
+    addIndices();
     const types::Vec3 facet = facetNormal(fan[0].position, fan[1].position, fan[2].position);
     for (const Corner& corner : fan) {
         model.mesh.vertices.push_back(
             {corner.position, corner.normal.value_or(facet), corner.texture.value_or(std::array<double, 2>())});
         model.hasNormals = model.hasNormals || corner.normal;
         model.hasTexture = model.hasTexture || corner.texture;
+    }
+}
+
+void ModelBuilder::addIndices() {
+    for (const Corner& corner : fan) {
+        indexed = indexed && corner.vertex;
+        if (!indexed) return model.indices.clear();
+        if (*corner.vertex > std::numeric_limits<std::uint32_t>::max()) {
+            throw MeshError("more than 4294967296 vertices; divide the mesh into several files");
+        }
+        model.indices.push_back(static_cast<std::uint32_t>(*corner.vertex));
     }
 }
 

@@ -17,6 +17,7 @@ struct Corner {
     types::Vec3 position;
     std::optional<types::Vec3> normal;            ///< without, that of its triangle
     std::optional<std::array<double, 2>> texture; ///< without, zero
+    std::optional<std::size_t> vertex = {};       ///< its number in the file; without, the model has no indices
 };
 
 /// Takes faces corner by corner. A face of more than three corners becomes a fan around its first one; of one with
@@ -38,10 +39,12 @@ public:
 
 private:
     void addTriangleOfFace();
+    void addIndices();
 
     Model model;
     std::uint64_t faces = 0; ///< begun so far
     std::size_t corners = 0; ///< of this face so far
+    bool indexed = true;     ///< whether every corner so far had a vertex
     std::array<Corner, 3> fan;
 };
 

@@ -37,18 +37,12 @@ void markFaces(Model& model, std::size_t place) {
     model.hasTexture = false;
 }
 
-Shares readOrigins(Model& result, const std::vector<std::size_t>& faces) {
+Shares countShares(const std::vector<Origin>& origins, const std::vector<std::size_t>& faces) {
     Shares shares;
     shares.inputs.resize(faces.size());
     std::vector<std::vector<bool>> seen;
     for (const std::size_t count : faces) seen.emplace_back(count);
-
-    std::vector<types::Vertex>& vertices = result.mesh.vertices;
-    result.origins.clear();
-    result.origins.reserve(vertices.size() / 3);
-    for (std::size_t i = 0; i + 2 < vertices.size(); i += 3) {
-        const Origin origin = originOf(&vertices[i], faces);
-        result.origins.push_back(origin);
+    for (const Origin& origin : origins) {
         if (origin.mesh == UNKNOWN_ORIGIN.mesh) {
             ++shares.unknown;
             continue;
@@ -57,8 +51,15 @@ Shares readOrigins(Model& result, const std::vector<std::size_t>& faces) {
         if (!seen[origin.mesh][origin.face]) ++shares.inputs[origin.mesh].faces;
         seen[origin.mesh][origin.face] = true;
     }
-    for (types::Vertex& vertex : vertices) vertex.aux = {};
     return shares;
+}
+
+void readOrigins(Model& result, const std::vector<std::size_t>& faces) {
+    std::vector<types::Vertex>& vertices = result.mesh.vertices;
+    result.origins.clear();
+    result.origins.reserve(vertices.size() / 3);
+    for (std::size_t i = 0; i + 2 < vertices.size(); i += 3) result.origins.push_back(originOf(&vertices[i], faces));
+    for (types::Vertex& vertex : vertices) vertex.aux = {};
 }
 
 } // namespace orva::program

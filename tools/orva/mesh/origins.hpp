@@ -1,6 +1,6 @@
 /// @file
-/// Which triangle of a result came from which face: booleans carry equal `aux` values at a triangle's corners through
-/// every cut unchanged, so the values can be a mark.
+/// Which triangle of a result came from which face. Booleans carry equal `aux` values at a triangle's corners through
+/// every cut unchanged, so the values can be a mark; tidied results say it themselves.
 #ifndef ORVA_PROGRAM_MESH_ORIGINS_HPP
 #define ORVA_PROGRAM_MESH_ORIGINS_HPP
 
@@ -26,11 +26,15 @@ struct Share {
 
 struct Shares {
     std::vector<Share> inputs;
-    std::size_t unknown = 0; ///< triangles whose marks do not name a face; their origin is UNKNOWN_ORIGIN
+    std::size_t unknown = 0; ///< triangles of UNKNOWN_ORIGIN
 };
 
-/// Fills `result.origins` by the marks, takes the marks away, and counts. The inputs had so many faces.
-Shares readOrigins(Model& result, const std::vector<std::size_t>& faces);
+/// Of inputs that had so many faces.
+Shares countShares(const std::vector<Origin>& origins, const std::vector<std::size_t>& faces);
+
+/// Fills `result.origins` by the marks and takes the marks away. The inputs had so many faces; what names none of them
+/// is UNKNOWN_ORIGIN.
+void readOrigins(Model& result, const std::vector<std::size_t>& faces);
 
 } // namespace orva::program
 

@@ -5,6 +5,7 @@
 
 #include "verbs/options.hpp"
 
+#include "orva/tidy.hpp"
 #include "orva/types.hpp"
 
 #include <CLI/CLI.hpp>
@@ -15,8 +16,15 @@
 
 namespace orva::program {
 
-struct Boolean {
+struct Operands {
     using Mesh = types::Mesh<double>;
+
+    Mesh first;
+    std::vector<Mesh> others;
+};
+
+struct Boolean {
+    using Mesh = Operands::Mesh;
 
     std::string verb;
     std::string text;    ///< one line for the help
@@ -24,7 +32,14 @@ struct Boolean {
     std::string first = "A";
     std::string second = "B";
     bool emptyWhenApart = false; ///< whether nothing is left of meshes that do not meet
-    std::function<void(Mesh& output, const Mesh& first, const std::vector<Mesh>& others, Run& run)> combine;
+    bool refusesEmpty = false;   ///< whether an empty mesh is an error, unless the user says that it may be left out
+
+    /// With --raw: the library's own result.
+    std::function<void(Mesh& output, const Operands& operands, Run& run)> combine;
+
+    /// Otherwise. The operands are the same afterwards.
+    std::function<tidy::Report(tidy::Solid& output, Operands& operands, const tidy::Options& options, Run& run)>
+        combineTidied;
 };
 
 /// Gives the verb, for options of its own.
@@ -32,8 +47,12 @@ CLI::App* addBoolean(CLI::App& app, Command& command, const Boolean& boolean);
 
 /// For `combine`, from an operation of two: ((first + others[0]) + others[1]) + ...
 void combineInTurn(void (*operation)(Boolean::Mesh& output, const Boolean::Mesh& a, const Boolean::Mesh& b),
-                   Boolean::Mesh& output, const Boolean::Mesh& first, const std::vector<Boolean::Mesh>& others,
-                   Run& run);
+                   Boolean::Mesh& output, const Operands& operands, Run& run);
+
+/// For `combineTidied`, from an operation of any number.
+tidy::Report combineAll(tidy::Report (*operation)(tidy::Solid& output, const std::vector<Boolean::Mesh>& meshes,
+                                                  const tidy::Options& options),
+                        tidy::Solid& output, Operands& operands, const tidy::Options& options, Run& run);
 
 } // namespace orva::program
 

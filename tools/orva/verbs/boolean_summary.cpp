@@ -4,6 +4,7 @@
 #include "measures/closedness.hpp"
 #include "measures/volume.hpp"
 #include "mesh/model.hpp"
+#include "verbs/tidying.hpp"
 #include "words.hpp"
 
 #include <algorithm>
@@ -50,7 +51,7 @@ bool boxesAreApart(const Mesh& first, const std::vector<Mesh>& others) {
 
 // Why there is nothing in the result, as far as that is known; empty for a result that is not.
 std::string whyEmpty(const Boolean& boolean, const Result& result) {
-    if (!isEmpty(result.mesh)) return "";
+    if (!isEmpty(result.model.mesh)) return "";
     if (isEmpty(result.first) || std::any_of(result.others.begin(), result.others.end(), isEmpty)) {
         return "empty, as every result of an empty mesh";
     }
@@ -61,13 +62,14 @@ std::string whyEmpty(const Boolean& boolean, const Result& result) {
 }
 
 std::string measure(const Result& result, Json& output) {
-    const Closedness closedness = measureClosedness(result.mesh, CLOSING_TOLERANCE);
-    const double volume = signedVolume(result.mesh);
+    const Closedness closedness = measureClosedness(result.model.mesh, CLOSING_TOLERANCE);
+    const double volume = signedVolume(result.model.mesh);
     output["volume"] = volume;
     output["open_edges"] = closedness.openEdges;
     output["largest_gap"] = closedness.largestGap;
     std::string text = formatted(", volume %.10g + %.10g -> %.10g", signedVolume(result.first),
                                  total(result.others, signedVolume), volume);
+    if (result.tidied) return text; // closed or not has been said
     if (closedness.openEdges == 0) return text + formatted(", closed within %g", CLOSING_TOLERANCE);
     return text + formatted(", not closed within %g: %zu open edges, gaps up to %.2g", CLOSING_TOLERANCE,
                             closedness.openEdges, closedness.largestGap);
@@ -81,7 +83,11 @@ void summarize(const Boolean& boolean, const Result& result, bool measured, Repo
     text = boolean.verb +
            formatted(": %zu + %zu triangles", countTriangles(result.first), total(result.others, countTriangles));
     if (result.others.size() > 1) text += formatted(" in %zu meshes", result.others.size());
-    text += formatted(" -> %zu", countTriangles(result.mesh));
+    text += formatted(" -> %zu", countTriangles(result.model.mesh));
+    if (result.tidied) {
+        text += textOf(*result.tidied);
+        output["tidied"] = jsonOf(*result.tidied);
+    }
     const std::string reason = whyEmpty(boolean, result);
     if (!reason.empty()) {
         text += " (" + reason + ")";

@@ -27,6 +27,14 @@ std::string textOf(const std::string& file, const Fitness& fitness) {
         formatted("  edges      %zu boundary, %zu non-manifold, %zu flipped; %zu open within %g", fitness.boundaryEdges,
                   fitness.nonManifoldEdges, fitness.flippedEdges, fitness.openEdges, CLOSING_TOLERANCE);
     text += fitness.openEdges > 0 ? formatted(", gaps up to %.2g\n", fitness.largestGap) : "\n";
+    const Manifold& byIndex = fitness.byIndex;
+    text +=
+        formatted("  by index   %zu vertices%s: ", byIndex.vertices, fitness.ownIndices ? "" : " (equal positions)") +
+        (isEdgeManifold(byIndex) ? "closed and edge-manifold" : "not edge-manifold");
+    text += formatted("; %zu open, %zu doubled, %zu turned; %zu umbrellas\n", byIndex.openEdges, byIndex.doubledEdges,
+                      byIndex.turnedEdges, byIndex.umbrellas);
+    text += formatted("  crossings  %zu pairs of triangles; %zu by less than %g\n", fitness.crossings.pairs,
+                      fitness.crossings.shallow, CLOSING_TOLERANCE);
     text += formatted("  volume     %.10g\n  area       %.10g\n", fitness.volume, fitness.area);
     const types::Vec3& low = fitness.box.low;
     const types::Vec3& high = fitness.box.high;
@@ -39,6 +47,17 @@ std::string textOf(const std::string& file, const Fitness& fitness) {
 
 Json jsonOf(const types::Vec3& v) {
     return Json::array({v.x, v.y, v.z});
+}
+
+Json jsonOf(const Manifold& manifold, bool own) {
+    return {{"own", own},
+            {"edge_manifold", isEdgeManifold(manifold)},
+            {"vertices", manifold.vertices},
+            {"open_edges", manifold.openEdges},
+            {"doubled_edges", manifold.doubledEdges},
+            {"turned_edges", manifold.turnedEdges},
+            {"umbrellas", manifold.umbrellas},
+            {"collapsed_triangles", manifold.collapsed}};
 }
 
 Json jsonOf(const Input& input, const Fitness& fitness) {
@@ -59,6 +78,9 @@ Json jsonOf(const Input& input, const Fitness& fitness) {
             {"flipped_edges", fitness.flippedEdges},
             {"open_edges", fitness.openEdges},
             {"largest_gap", fitness.largestGap},
+            {"crossing_pairs", fitness.crossings.pairs},
+            {"shallow_crossing_pairs", fitness.crossings.shallow},
+            {"by_index", jsonOf(fitness.byIndex, fitness.ownIndices)},
             {"volume", fitness.volume},
             {"area", fitness.area},
             {"box", {{"low", jsonOf(fitness.box.low)}, {"high", jsonOf(fitness.box.high)}}}};
@@ -75,7 +97,7 @@ void check(const CheckOptions& options, Run& run) {
         run.progress.show("checking " + input.file, i, inputs.size());
         try {
             const Model model = readInput(input, run);
-            const Fitness fitness = measureFitness(model.mesh);
+            const Fitness fitness = measureFitness(model);
             checked.push_back(jsonOf(input, fitness));
             if (!options.common.quiet) report.text += textOf(input.file, fitness);
             if (report.code == ExitCode::Done && !complaints(fitness).empty()) report.code = ExitCode::Unfit;
@@ -98,8 +120,11 @@ void addCheck(CLI::App& app, Command& command) {
     verb->footer("Example:\n  orva check scan.stl\n"
                  "  orva check -q part.off && orva subtract part.off drill.off -o drilled.off\n\n"
                  "The exit code is 0 if all are fit, 4 if one is not, 3 if one cannot be read; with --quiet that is "
-                 "all. Fit is a mesh that is closed, faces outward, has no triangle twice or without area, and is of "
-                 "a size for which the tolerance of 1e-6 is fine. Whether it crosses itself is not looked at.");
+                 "all. Fit is a mesh that is closed, faces outward, has no triangle twice or without area, does not "
+                 "cross itself, and is of a size for which the tolerance of 1e-6 is fine. What is said \"by index\" "
+                 "is for other programs, and does a boolean no harm: whether each edge, as a pair of the file's "
+                 "vertices, has two triangles that run along it in opposite directions; umbrellas are vertices whose "
+                 "triangles form more than one fan.");
     setRun(*verb, command, options, check);
 }
 

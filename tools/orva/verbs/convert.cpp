@@ -39,10 +39,7 @@ void addConvert(CLI::App& app, Command& command) {
     addOutput(*verb, options->common);
     verb->add_option("--scale", options->scale, "multiply every position with this, before --move")
         ->type_name("FACTOR")
-        ->check([](const std::string& text) {
-            const double factor = std::strtod(text.c_str(), nullptr);
-            return factor > 0.0 && std::isfinite(factor) ? std::string() : text + " is not a number above 0";
-        });
+        ->check(mustBeAboveZero);
     verb->add_option("--move", options->move, "add this to every position")
         ->type_name("X Y Z")
         ->check([](const std::string& text) {

@@ -88,7 +88,9 @@ constexpr struct {
     {ExitCode::Internal, "An error of the program itself."},
     {ExitCode::Usage, "Verbs, options or names that are not understood."},
     {ExitCode::CannotRead, "A file that is missing, unreadable, or not the mesh that it claims to be."},
-    {ExitCode::Unfit, "A mesh that is unfit for a boolean: found by check, or refused with --strict."},
+    {ExitCode::Unfit,
+     "A mesh that is unfit for a boolean: found by check, or refused with --strict, as is a result that does not "
+     "close. An empty mesh in a union."},
     {ExitCode::OutOfMemory, "Out of memory."},
     {ExitCode::CannotWrite, "The output cannot be written, or exists and --force was not given."},
     {ExitCode::Interrupted, "Interrupted. No part of a file is left."},

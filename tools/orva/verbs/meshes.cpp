@@ -70,16 +70,13 @@ std::vector<Model> readInputs(const std::vector<Input>& inputs, Run& run) {
     return models;
 }
 
-void checkFitness(const std::vector<Input>& inputs, const std::vector<Model>& models, bool strict, Run& run) {
-    for (std::size_t i = 0; i < models.size(); ++i) {
-        run.progress.show("checking " + inputs[i].file, i, models.size());
-        const Notes found = complaints(measureFitness(models[i].mesh));
-        if (strict && !found.empty()) {
-            const std::string more = found.size() == 1 ? "" : " (and more: orva check says all)";
-            throw Failure(ExitCode::Unfit, inputs[i].file + ": " + found.front() + more);
-        }
-        warn(inputs[i].file, found, run.report);
+void checkFitness(const Input& input, const Model& model, bool anySize, bool strict, Report& report) {
+    const Notes found = complaints(measureFitness(model), anySize);
+    if (strict && !found.empty()) {
+        const std::string more = found.size() == 1 ? "" : " (and more: orva check says all)";
+        throw Failure(ExitCode::Unfit, input.file + ": " + found.front() + more);
     }
+    warn(input.file, found, report);
 }
 
 void writeOutput(const Output& output, const Model& model, Run& run) {

@@ -34,8 +34,9 @@ Model readInput(const Input& input, Run& run);
 /// Reads them all and adds "inputs" to the report. Throws Failure (CannotRead).
 std::vector<Model> readInputs(const std::vector<Input>& inputs, Run& run);
 
-/// Warns of those that are no good for a boolean. Throws Failure (Unfit) instead if it is to be strict.
-void checkFitness(const std::vector<Input>& inputs, const std::vector<Model>& models, bool strict, Run& run);
+/// Warns of one that is no good for a boolean, which may take meshes of any size. Throws Failure (Unfit) instead if it
+/// is to be strict.
+void checkFitness(const Input& input, const Model& model, bool anySize, bool strict, Report& report);
 
 /// Writes it and adds "output" to the report, to which more may be added then. Throws Failure (CannotWrite).
 void writeOutput(const Output& output, const Model& model, Run& run);

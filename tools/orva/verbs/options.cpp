@@ -2,6 +2,8 @@
 
 #include "formats/format.hpp"
 
+#include <cmath>
+#include <cstdlib>
 #include <utility>
 #include <vector>
 
@@ -59,13 +61,18 @@ void addThreads(CLI::App& verb, CommonOptions& options) {
 }
 
 void addStrict(CLI::App& verb, CommonOptions& options) {
-    verb.add_flag("--strict", options.strict, "a mesh that is unfit for a boolean is an error, not a warning");
+    verb.add_flag("--strict", options.strict,
+                  "a mesh that is unfit for a boolean, or a result that is not closed, is an error, not a warning");
 }
 
 void addKeepFaces(CLI::App& verb, CommonOptions& options) {
     verb.add_flag("--keep-faces", options.keepFaces,
-                  "tell for every triangle of the result which input and which of its faces it came from; texture "
-                  "coordinates are not carried then");
+                  "tell for every triangle of the result which input and which of its faces it came from");
+}
+
+std::string mustBeAboveZero(const std::string& value) {
+    const double number = std::strtod(value.c_str(), nullptr);
+    return number > 0.0 && std::isfinite(number) ? std::string() : value + " is not a number above 0";
 }
 
 Command commandOf(const std::string& verb, const CommonOptions& options, std::function<void(Run&)> run) {

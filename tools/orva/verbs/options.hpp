@@ -48,6 +48,9 @@ void addThreads(CLI::App& verb, CommonOptions& options);
 void addStrict(CLI::App& verb, CommonOptions& options);
 void addKeepFaces(CLI::App& verb, CommonOptions& options);
 
+/// For an option whose value is a length or a factor: what is wrong with it, if anything.
+std::string mustBeAboveZero(const std::string& value);
+
 /// The command for these options.
 Command commandOf(const std::string& verb, const CommonOptions& options, std::function<void(Run&)> run);
 

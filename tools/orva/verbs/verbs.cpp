@@ -28,6 +28,7 @@ void addVerbs(CLI::App& app, Command& command) {
     addUnion(app, command);
     addSubtract(app, command);
     addIntersect(app, command);
+    addTidy(app, command);
     addCheck(app, command);
     addConvert(app, command);
     addRender(app, command);

@@ -15,6 +15,7 @@ namespace orva::program {
 void addUnion(CLI::App& app, Command& command);
 void addSubtract(CLI::App& app, Command& command);
 void addIntersect(CLI::App& app, Command& command);
+void addTidy(CLI::App& app, Command& command);
 void addCheck(CLI::App& app, Command& command);
 void addConvert(CLI::App& app, Command& command);
 void addRender(CLI::App& app, Command& command);
