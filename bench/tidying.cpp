@@ -32,9 +32,9 @@ using types::Vertex;
 constexpr double LIMIT = 120;
 
 // Steps are repeated for about so many seconds, and for their median at least so many times and at most.
-constexpr double BUDGET = 4;
+constexpr double BUDGET = 1.5;
 constexpr int FEWEST = 3;
-constexpr int MOST = 9;
+constexpr int MOST = 7;
 
 // Shorter ones are repeated for so many seconds in one process.
 constexpr double AT_LEAST = 0.05;
