@@ -37,7 +37,7 @@ enum {
     ORVA_TIDY_DONE = 0,          /**< the output is closed and edge-manifold by index */
     ORVA_TIDY_NOT_CLOSED = 1,    /**< the output is there, and open where the report says */
     ORVA_TIDY_OUT_OF_MEMORY = 2, /**< nothing was made */
-    ORVA_TIDY_TOO_LARGE = 3,     /**< more than 2^31 - 1 vertices or faces; nothing was made */
+    ORVA_TIDY_TOO_LARGE = 3,     /**< more than 2^31 - 1 vertices, faces or corners; nothing was made */
     /** A null pointer where there should be a record or an array, a negative count, an index out of range, an option
      * that is none; a tolerance or gap width that is negative or not finite. Nothing was made. */
     ORVA_TIDY_BAD_ARGUMENT = 4,

@@ -20,16 +20,14 @@
 ///
 /// Laws:
 ///  - The same input gives the same bits: on every platform, with any number of threads, at any time.
-///  - Tidying what is tidied, with the same options, changes nothing.
+///  - Tidying what is closed and tidied, with the same options, changes nothing.
 ///  - No vertex is farther from the surface it came from than report.movedByWeld + report.movedByZip +
-///    report.movedByDrop, and each of the three is at most the tolerance (at most the gap width where gaps are closed).
+///    report.movedByDrop, and each of the three is about the tolerance at most (the gap width where gaps are closed).
 ///    The volume is kept accordingly.
-///  - A soup without area (see the closed soups of orva/bspcsg.hpp) that closes geometrically closes by index. What is
-///  open
-///    stays open and is counted: nothing is filled that is not a sliver of one face, unless a gap width is given.
-///  - The result is no worse than the soup: a triangle with a corner that is not finite, or a face in which anything is
-///  not
-///    as expected, comes back as it was.
+///  - A soup whose edges meet within the tolerance closes by index. What is open stays open and is counted: nothing is
+///    filled that is not a piece of one face, unless a gap width is given.
+///  - The result is no worse than the soup: a triangle with a coordinate that is not finite, or over 1e75, comes back
+///    as it was.
 ///
 /// Memory: all in standard vectors, the host's to keep and drop. Thrown: std::bad_alloc; std::length_error ("vector too
 /// long") for 2^31 corners or more. The output is then as it was.
@@ -68,6 +66,8 @@ struct Corner {
 
 /// An indexed mesh. `corners` and `origins` may be empty on input: corners then carry zeros.
 ///
+/// Indices are below the number of vertices: nothing checks it here, orva/tidy.h does.
+///
 /// One triangle in memory: vertices (0,0,0) (1,0,0) (0,1,0); faces {0,1,2}; corners {{n0,a0}, {n1,a1}, {n2,a2}};
 /// origins {{0,0}}.
 struct Solid {
@@ -87,9 +87,9 @@ enum class Merge : std::int32_t {
 };
 
 struct Options {
-    /// How far apart things may be that should be one, in the unit of the coordinates; 0 is the larger of 8e-6, which
-    /// covers what the operations' own 1e-6 leaves where planes meet, and 1e-9 of the size. With `scale`, in the unit
-    /// that the operation is computed in.
+    /// How far apart things may be that should be one, in the unit of the coordinates. 0 is the larger of 8e-6, which
+    /// covers what the operations' own 1e-6 leaves where planes meet, and 1e-9 of the size: with `scale`, 8e-6 of the
+    /// unit that the operation is computed in.
     double tolerance = 0.0;
     /// Up to which width gaps are closed that are wider than the tolerance; 0 closes none. In the unit of the
     /// coordinates.

@@ -42,11 +42,17 @@ bool valid(const MeshD& mesh) {
     return mesh.count == 0 || (mesh.count > 0 && mesh.vertices != nullptr);
 }
 
+// Faces whose corners cannot be counted; nothing of them is read.
+bool tooLarge(const OrvaSolid& solid) {
+    return solid.face_count > std::numeric_limits<std::int32_t>::max() / 3;
+}
+
 bool valid(const OrvaSolid& solid) {
     if (solid.vertex_count < 0 || solid.face_count < 0) return false;
     if (solid.vertex_count > 0 && solid.vertices == nullptr) return false;
     if (solid.face_count == 0) return true;
     if (solid.faces == nullptr) return false;
+    if (tooLarge(solid)) return true;
     const auto count = static_cast<std::uint32_t>(solid.vertex_count);
     const std::span<const std::uint32_t> indices(solid.faces, 3 * static_cast<std::size_t>(solid.face_count));
     return std::all_of(indices.begin(), indices.end(), [count](std::uint32_t index) { return index < count; });
@@ -85,6 +91,7 @@ types::Mesh<double> read(const MeshD& mesh) {
 }
 
 Solid read(const OrvaSolid& solid) {
+    if (tooLarge(solid)) throw std::length_error("vector too long");
     const auto vertexCount = static_cast<std::size_t>(solid.vertex_count);
     const auto faceCount = static_cast<std::size_t>(solid.face_count);
     Solid result;

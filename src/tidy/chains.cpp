@@ -132,7 +132,7 @@ bool Simplifier::collapse() {
     bool any = false;
     for (std::size_t i = 0; i < surface.faces.size(); ++i) {
         const auto of = static_cast<std::uint32_t>(i);
-        if (region[i] == of && cut[i] && !surface.faces[i].whole) any = collapseRegion(of) || any;
+        if (region[i] == of && cut[i]) any = collapseRegion(of) || any;
     }
     return any;
 }

@@ -126,7 +126,6 @@ Loops closeLoopsOfFaces(Surface& surface, const std::vector<Vec3>& origins, doub
                 surface.edges.push_back({surface.edges[edge].to, surface.edges[edge].from, face, NONE, NONE});
                 match(surface, edge, added);
             }
-            surface.faces[face].whole = false;
             ++closed.count;
             closed.area += 0.5 * twiceArea;
             break;

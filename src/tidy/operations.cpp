@@ -186,6 +186,7 @@ Meshes soupsOf(const std::vector<Solid>& solids) {
 } // namespace
 
 Mesh toSoup(const Solid& solid) {
+    if (solid.faces.size() > 0x7FFFFFFF / 3) throw std::length_error("vector too long");
     Mesh soup;
     soup.vertices.reserve(3 * solid.faces.size());
     for (std::size_t i = 0; i < solid.faces.size(); ++i) {

@@ -32,7 +32,7 @@ private:
     void prefetch(std::size_t place) const;
     void measure(Face& face) const;
     bool addPieces(const Face& face);
-    bool isEveryPointOpen();
+    std::uint32_t countBorder();
     void straightenAll();
     void take(std::uint32_t face);
 
@@ -99,15 +99,19 @@ bool Outliner::addPieces(const Face& face) {
     return sound;
 }
 
-bool Outliner::isEveryPointOpen() {
+// How many sides have no opposite one; 0 where a corner has none of them, and so lies inside.
+std::uint32_t Outliner::countBorder() {
     out.assign(local.points.size(), NONE);
-    std::size_t count = 0;
+    std::size_t reached = 0;
+    std::uint32_t count = 0;
     for (const Edge& edge : local.edges) {
-        if (edge.twin != NONE || out[edge.from] != NONE) continue;
-        out[edge.from] = 0;
+        if (edge.twin != NONE) continue;
         ++count;
+        if (out[edge.from] != NONE) continue;
+        out[edge.from] = 0;
+        ++reached;
     }
-    return count == local.points.size();
+    return reached == local.points.size() ? count : 0;
 }
 
 void Outliner::straightenAll() {
@@ -147,17 +151,16 @@ void Outliner::take(std::uint32_t face) {
 void Outliner::add(std::uint32_t number) {
     Face& face = surface.faces[number];
     measure(face);
-    bool whole = addPieces(face);
+    face.isSound = addPieces(face);
+    face.border = 3;
     if (face.count > 1) {
         local.faces.assign(1, {});
-        local.faces[0].whole = true;
         matcher.matchOpposite(local);
-        whole = whole && isEveryPointOpen();
+        face.border = countBorder();
+        face.isSound = face.isSound && face.border > 0;
         zipper.zip(local, radius);
         straightenAll();
-        whole = whole && local.faces[0].whole;
     }
-    face.whole = whole;
     take(number);
     std::swap(local.points, table.points());
 }

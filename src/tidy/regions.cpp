@@ -2,10 +2,13 @@
 
 #include "tidy/adjacency.hpp"
 #include "tidy/carried.hpp"
+#include "tidy/fit.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
+#include <span>
 
 namespace orva::tidy {
 
@@ -64,6 +67,49 @@ std::vector<std::uint32_t> mergeCoplanar(const Surface& surface, const std::vect
         if (region[i] == NONE) region[i] = static_cast<std::uint32_t>(i);
     }
     return region;
+}
+
+void keepFittingFaces(const Surface& surface, const types::Mesh<double>& soup, std::vector<std::uint32_t>& region,
+                      double radius) {
+    std::vector<bool> isMerged(region.size());
+    for (std::size_t i = 0; i < region.size(); ++i) {
+        if (region[i] != i) isMerged[region[i]] = true;
+    }
+    if (std::none_of(isMerged.begin(), isMerged.end(), [](bool merged) { return merged; })) return;
+
+    std::vector<bool> gains(region.size());
+    Adjacency borders;
+    collect(borders, surface, surface.faces.size(), [](const Edge& edge) { return edge.face; });
+    Fit fit;
+    for (std::size_t i = 0; i < region.size(); ++i) {
+        if (!isMerged[region[i]] || gains[region[i]]) continue;
+        const std::span edges(borders.edges.data() + borders.first[i], borders.first[i + 1] - borders.first[i]);
+        if (!fit.test(surface, soup, surface.faces[i], edges)) gains[region[i]] = true;
+    }
+    Adjacency around;
+    collect(around, surface, surface.points.size(), [](const Edge& edge) { return edge.from; });
+    for (std::size_t p = 0; p < surface.points.size(); ++p) {
+        std::array<std::uint32_t, 2> border{NONE, NONE};
+        std::size_t count = 0;
+        for (std::size_t i = around.first[p]; i < around.first[p + 1]; ++i) {
+            const Edge& edge = surface.edges[around.edges[i]];
+            if (edge.twin != NONE && region[surface.edges[edge.twin].face] == region[edge.face]) continue;
+            if (count < 2) border[count] = around.edges[i];
+            ++count;
+        }
+        if (count == 1 || count > 2 || around.first[p] == around.first[p + 1]) continue;
+        if (count == 2) {
+            const Vec3& before = surface.points[surface.edges[border[0]].to];
+            const Vec3& behind = surface.points[surface.edges[border[1]].to];
+            if (!(squaredDistance(surface.points[p], before, behind) <= radius * radius)) continue;
+        }
+        for (std::size_t i = around.first[p]; i < around.first[p + 1]; ++i) {
+            gains[region[surface.edges[around.edges[i]].face]] = true;
+        }
+    }
+    for (std::size_t i = 0; i < region.size(); ++i) {
+        if (isMerged[region[i]] && !gains[region[i]]) region[i] = static_cast<std::uint32_t>(i);
+    }
 }
 
 void dissolve(Surface& surface, const std::vector<std::uint32_t>& region) {

@@ -20,6 +20,12 @@ struct FaceFacts {
 std::vector<std::uint32_t> mergeCoplanar(const Surface& surface, const std::vector<FaceFacts>& facts,
                                          const std::vector<bool>& mayMerge, double distance);
 
+/// Takes regions apart again from which nothing is gained: all pieces of their faces could stay as they are, and no
+/// point goes, neither from inside nor, `radius` from a straight line, from the border. So what is tidied once stays as
+/// it is.
+void keepFittingFaces(const Surface& surface, const types::Mesh<double>& soup, std::vector<std::uint32_t>& region,
+                      double radius);
+
 /// Edges belong to their regions from here on: those inside of one are gone.
 void dissolve(Surface& surface, const std::vector<std::uint32_t>& region);
 

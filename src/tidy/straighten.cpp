@@ -56,10 +56,8 @@ void Straightener::join(Surface& surface, std::size_t first, std::size_t last) {
         if (twin != NONE) remove(surface, twin);
         return;
     }
-    surface.faces[edges[head].face].whole = false;
     edges[head].to = end;
     if (twin == NONE) return;
-    surface.faces[edges[twin].face].whole = false;
     edges[twin].to = begin;
     match(surface, head, twin);
 }

@@ -8,13 +8,11 @@ std::uint32_t divide(Surface& surface, std::uint32_t edge, std::uint32_t point) 
     const auto behind = static_cast<std::uint32_t>(edges.size());
     edges.push_back({point, edges[edge].to, edges[edge].face, NONE, NONE});
     edges[edge].to = point;
-    surface.faces[edges[edge].face].whole = false;
     if (twin == NONE) return behind;
 
     const auto behindTwin = static_cast<std::uint32_t>(edges.size());
     edges.push_back({point, edges[twin].to, edges[twin].face, NONE, NONE});
     edges[twin].to = point;
-    surface.faces[edges[twin].face].whole = false;
     match(surface, edge, behindTwin);
     match(surface, behind, twin);
     return behind;

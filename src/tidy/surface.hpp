@@ -30,9 +30,8 @@ struct Face {
     std::uint32_t largest = 0; ///< the piece with the largest area
     Vec3 normal;               ///< of the largest piece, as long as twice its area
     double area = 0.0;         ///< twice that of all pieces
-    /// Whether the pieces, as they are, divide what the face's edges surround with no corner inside or between: then
-    /// they stay, bit for bit. Every change of an edge ends it.
-    bool whole = false;
+    std::uint32_t border = 0;  ///< how many sides of its pieces have no opposite one among them
+    bool isSound = false;      ///< whether all pieces have area and face the same way, and no corner lies inside
 };
 
 struct Surface {
@@ -52,7 +51,6 @@ inline void match(Surface& surface, std::uint32_t a, std::uint32_t b) {
 }
 
 inline void remove(Surface& surface, std::uint32_t edge) {
-    surface.faces[surface.edges[edge].face].whole = false;
     surface.edges[edge] = {};
 }
 

@@ -212,8 +212,10 @@ void Tidier::mergeFaces() {
     for (std::size_t i = 0; i < mayMerge.size(); ++i) {
         mayMerge[i] = options.merge == Merge::All || !hasMarks || (options.merge == Merge::Cut && facts[i].isCut);
     }
-    const bool onlyOneFace = options.merge == Merge::None;
+    // Without marks, pieces of one face have to find each other here, and nothing tells a face that was cut.
+    const bool onlyOneFace = options.merge == Merge::None || (!hasMarks && options.merge == Merge::Cut);
     region = mergeCoplanar(surface, facts, mayMerge, (onlyOneFace ? SAME_PLANE : 1.0) * tolerance);
+    keepFittingFaces(surface, soup, region, tolerance);
     isCut.assign(region.size(), false);
     for (std::size_t i = 0; i < region.size(); ++i) {
         if (region[i] == i)
@@ -221,8 +223,7 @@ void Tidier::mergeFaces() {
         else
             isCut[region[i]] = true;
         if (region[i] == i) continue;
-        surface.faces[region[i]].whole = false;
-        surface.faces[i].whole = false;
+        surface.faces[region[i]].isSound = false;
         surface.faces[region[i]].first = std::min(surface.faces[region[i]].first, surface.faces[i].first);
     }
     dissolve(surface, region);

@@ -2,12 +2,13 @@
 
 #include "tidy/adjacency.hpp"
 #include "tidy/ears.hpp"
-#include "tidy/point_table.hpp"
+#include "tidy/fit.hpp"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <span>
 #include <utility>
 
 namespace orva::tidy {
@@ -40,6 +41,7 @@ private:
     Vec2 projected(std::uint32_t point) const;
     void addLoops(std::uint32_t of);
     std::uint32_t edgeBehind(std::uint32_t edge) const;
+    void matchAcrossPairs();
     void flipAll(std::uint32_t first);
     bool shouldFlip(std::uint32_t corner) const;
     void flip(std::uint32_t corner);
@@ -56,14 +58,10 @@ private:
     std::vector<std::uint32_t> nextOut;  ///< by edge: another one out of the same point
     std::vector<std::uint32_t> wire;     ///< the first corner at an inner side, until the second comes
     std::vector<bool> isUsed;            ///< by edge
+    std::vector<std::uint32_t> pairs;    ///< edges that run back and forth with nothing between: two by two
+    std::vector<std::uint32_t> loop;
     std::vector<std::uint32_t> waiting;
-    PointTable table;
-    std::vector<std::uint32_t> pointOf; ///< by number in the table
-    struct InnerSide {
-        std::uint64_t points; ///< the lower number first
-        std::uint32_t corner;
-    };
-    std::vector<InnerSide> inner;
+    Fit fit;
     EarCutter cutter;
     int dropped = 2; ///< the axis along which the region is projected
     bool mirrored = false;
@@ -116,42 +114,20 @@ void Triangulator::listEdges(std::uint32_t of) {
 // ---- Pieces that stay ----
 
 void Triangulator::addPieces(std::uint32_t of) {
-    listEdges(of);
-    // A corner of a piece is found among the edges' corners by its place in the soup: welding may have moved its point.
     const Face& face = surface.faces[of];
-    const std::size_t first = border.first[of];
-    const std::size_t last = border.first[of + 1];
-    table.clear(last - first);
-    pointOf.clear();
-    for (std::size_t i = first; i < last; ++i) {
-        const Edge& edge = surface.edges[border.edges[i]];
-        if (table.numberOf(soup.vertices[edge.corner].pos) == pointOf.size()) pointOf.push_back(edge.from);
-    }
-    inner.clear();
-    for (std::size_t i = 0; i < face.count; ++i) {
+    const auto first = static_cast<std::uint32_t>(corners.point.size());
+    for (std::uint32_t i = 0; i < face.count; ++i) {
         const std::uint32_t piece = surface.order[face.first + i];
         const std::uint32_t corner = addTriangle(of, piece);
-        for (std::uint32_t k = 0; k < 3; ++k) {
-            const Vec3& at = soup.vertices[3 * std::size_t{piece} + k].pos;
-            setCorner(corner + k, pointOf[table.numberOf(at)], of, 3 * piece + k);
-        }
-        for (std::uint32_t side = corner; side < corner + 3; ++side) {
-            const std::uint32_t from = corners.point[side];
-            const std::uint32_t to = corners.point[nextCorner(side)];
-            std::uint32_t edge = firstOut[from];
-            while (edge != NONE && surface.edges[edge].to != to) edge = nextOut[edge];
-            if (edge != NONE) {
-                setBorder(side, edge);
-            } else {
-                const auto [low, high] = std::minmax(from, to);
-                inner.push_back({std::uint64_t{low} << 32 | high, side});
-            }
+        for (std::uint32_t k = 0; k < 3; ++k) setCorner(corner + k, fit.point[3 * i + k], of, 3 * piece + k);
+    }
+    for (std::uint32_t i = 0; i < 3 * face.count; ++i) {
+        if (fit.edge[i] != NONE) {
+            setBorder(first + i, fit.edge[i]);
+        } else if (fit.twin[i] < i) {
+            matchCorners(first + i, first + fit.twin[i]);
         }
     }
-    std::sort(inner.begin(), inner.end(), [](const InnerSide& a, const InnerSide& b) {
-        return a.points != b.points ? a.points < b.points : a.corner < b.corner;
-    });
-    for (std::size_t i = 0; i + 1 < inner.size(); i += 2) matchCorners(inner[i].corner, inner[i + 1].corner);
 }
 
 // ---- Ears ----
@@ -213,13 +189,38 @@ void Triangulator::addLoops(std::uint32_t of) {
     for (std::size_t i = first; i < last; ++i) {
         if (isUsed[border.edges[i]]) continue;
         const std::uint32_t start = surface.edges[border.edges[i]].from;
+        loop.clear();
         for (std::uint32_t edge = border.edges[i]; edge != NONE; edge = edgeBehind(edge)) {
             isUsed[edge] = true;
-            const std::uint32_t point = surface.edges[edge].from;
-            cutter.addCorner(projected(point), point, edge, edge);
+            loop.push_back(edge);
             if (surface.edges[edge].to == start) break;
         }
+        if (loop.size() == 2) { // there is no triangle in it that its neighbours could be matched with
+            pairs.insert(pairs.end(), loop.begin(), loop.end());
+            continue;
+        }
+        for (const std::uint32_t edge : loop) {
+            const std::uint32_t point = surface.edges[edge].from;
+            cutter.addCorner(projected(point), point, edge, edge);
+        }
         cutter.endLoop();
+    }
+}
+
+// What lies behind the two edges of a pair becomes neighbours, across as many pairs as lie side by side.
+void Triangulator::matchAcrossPairs() {
+    if (pairs.empty()) return;
+    std::vector<std::uint32_t> other(surface.edges.size(), NONE);
+    for (std::size_t i = 0; i < pairs.size(); i += 2) {
+        other[pairs[i]] = pairs[i + 1];
+        other[pairs[i + 1]] = pairs[i];
+    }
+    for (const std::uint32_t first : pairs) {
+        const std::uint32_t behind = surface.edges[first].twin;
+        if (behind == NONE || cornerOf[behind] == NONE) continue;
+        std::uint32_t across = first;
+        while (across != NONE && other[across] != NONE) across = surface.edges[other[across]].twin;
+        if (across != NONE && cornerOf[across] != NONE) matchCorners(cornerOf[behind], cornerOf[across]);
     }
 }
 
@@ -227,6 +228,7 @@ void Triangulator::addEars(std::uint32_t of) {
     project(surface.faces[of].normal);
     cutter.clear();
     addLoops(of);
+    if (cutter.nodes.empty()) return;
     cutter.cut();
     result.forcedEars += cutter.forced;
 
@@ -328,12 +330,14 @@ Triangles Triangulator::run() {
     for (std::size_t i = 0; i < surface.faces.size(); ++i) {
         const auto of = static_cast<std::uint32_t>(i);
         if (region[i] != of || border.first[i] == border.first[i + 1]) continue;
-        if (surface.faces[i].whole) {
+        const std::span edges(border.edges.data() + border.first[i], border.first[i + 1] - border.first[i]);
+        if (fit.test(surface, soup, surface.faces[i], edges)) {
             addPieces(of);
         } else {
             addEars(of);
         }
     }
+    matchAcrossPairs();
     return std::move(result);
 }
 

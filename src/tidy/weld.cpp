@@ -72,9 +72,9 @@ private:
 std::vector<std::uint32_t> openPoints(const Surface& surface) {
     std::vector<std::uint32_t> list;
     std::vector<bool> isListed(surface.points.size());
-    for (const bool whole : {true, false}) {
+    for (const bool sound : {true, false}) {
         for (const Edge& edge : surface.edges) {
-            if (!isAlive(edge) || edge.twin != NONE || surface.faces[edge.face].whole != whole) continue;
+            if (!isAlive(edge) || edge.twin != NONE || surface.faces[edge.face].isSound != sound) continue;
             for (const std::uint32_t point : {edge.from, edge.to}) {
                 if (isListed[point]) continue;
                 isListed[point] = true;

@@ -1,15 +1,13 @@
 // The laws of solids on thousands of random ones: what holds whatever the triangles are.
 //
-// Two kinds of solids. Those on the grid have integer corners from 0 to 4: faces in one plane, edges that meet, corners
-// on faces are the rule with them. Planes through such corners have integer normals of length 28 at most, so a point
-// where three of them meet lies in a fourth one or at least 1 / 28^4 = 1.6e-6 from it: the tolerance never takes one
-// thing for another. Those anywhere are turned by random angles and moved: nothing of theirs meets.
+// Two kinds of solids, on the grid and anywhere: see support/solids.hpp.
 //
 // A failure names the seed of its case. ORVA_LONG in the environment makes it twenty times as many.
 #include "figures.hpp"
 #include "measures.hpp"
 #include "measures/closedness.hpp"
 #include "operations.hpp"
+#include "solids.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -20,128 +18,16 @@ namespace orva::test {
 
 namespace {
 
-// ---- solids ----
+// ---- cases ----
 
-Vec3 gridPoint(Random& random) {
-    const double x = random.integer(0, 4);
-    const double y = random.integer(0, 4);
-    const double z = random.integer(0, 4);
-    return {x, y, z};
-}
-
-Mesh insideOut(Mesh mesh) {
-    for (std::size_t i = 0; i + 2 < mesh.vertices.size(); i += 3) std::swap(mesh.vertices[i], mesh.vertices[i + 2]);
-    return mesh;
-}
-
-Mesh gridBox(Random& random, int steps) {
-    Vec3 low{};
-    Vec3 high{};
-    for (double Vec3::*const axis : {&Vec3::x, &Vec3::y, &Vec3::z}) {
-        low.*axis = random.integer(0, 3);
-        high.*axis = random.integer(static_cast<int>(low.*axis) + 1, 4);
-    }
-    return griddedBox(low, high, steps);
-}
-
-// A right angle of two walls and a floor's thickness: not convex.
-Mesh corner(Random& random) {
-    const double width = random.integer(2, 4);
-    const double depth = random.integer(2, 4);
-    const double height = random.integer(1, 4);
-    const double x = random.integer(1, static_cast<int>(width) - 1);
-    const double y = random.integer(1, static_cast<int>(depth) - 1);
-    const Vec3 up{0, 0, height};
-    const std::array<Vec3, 6> outline{
-        {{0, 0, 0}, {width, 0, 0}, {width, y, 0}, {x, y, 0}, {x, depth, 0}, {0, depth, 0}}};
-    Mesh mesh;
-    const auto add = [&mesh](const Vec3& a, const Vec3& b, const Vec3& c) { mesh = joined(mesh, triangle(a, b, c)); };
-    const auto above = [&up](const Vec3& p) { return Vec3{p.x, p.y, p.z + up.z}; };
-    const Vec3 onWall{0, y, 0};
-    const std::array<std::array<Vec3, 3>, 5> floor{{{outline[0], outline[1], outline[2]},
-                                                    {outline[0], outline[2], outline[3]},
-                                                    {outline[0], outline[3], onWall},
-                                                    {onWall, outline[3], outline[4]},
-                                                    {onWall, outline[4], outline[5]}}};
-    for (const auto& [a, b, c] : floor) {
-        add(a, c, b);
-        add(above(a), above(b), above(c));
-    }
-    for (std::size_t i = 0; i < outline.size(); ++i) {
-        const Vec3& a = outline[i];
-        const Vec3& b = outline[(i + 1) % outline.size()];
-        add(a, b, above(b));
-        add(a, above(b), above(a));
-    }
-    return mesh;
-}
-
-// A closed mesh with something inside.
-Mesh onGrid(Random& random) {
-    Mesh mesh;
-    while (volume(mesh) < 0.1) { // until it is not flat
-        switch (random.integer(0, 6)) {
-        case 0:
-        case 1:
-            mesh = gridBox(random, 1);
-            break;
-        case 2:
-            mesh = gridBox(random, 2);
-            break;
-        case 3: {
-            const Vec3 a = gridPoint(random);
-            const Vec3 b = gridPoint(random);
-            const Vec3 c = gridPoint(random);
-            const Vec3 d = gridPoint(random);
-            mesh = tetrahedron(a, b, c, d);
-            break;
-        }
-        case 4: {
-            const Vec3 a = gridPoint(random);
-            Vec3 b = gridPoint(random);
-            Vec3 c = gridPoint(random);
-            b.z = a.z;
-            c.z = a.z;
-            const double height = random.integer(1, 4) - a.z;
-            mesh = prism(a, b, c, {0, 0, height});
-            break;
-        }
-        case 5:
-            mesh = corner(random);
-            break;
-        default: // with a cavity
-            mesh = joined(box({0, 0, 0}, {4, 3, 4}), insideOut(box({1, 1, 1}, {3, 2, 2})));
-            break;
-        }
-        if (volume(mesh) < 0) mesh = insideOut(std::move(mesh));
-    }
-    return mesh;
-}
-
-Vec3 point(Random& random, double low, double high) {
-    const double x = random.uniform(low, high);
-    const double y = random.uniform(low, high);
-    const double z = random.uniform(low, high);
-    return {x, y, z};
-}
-
-Mesh anywhere(Random& random) {
-    Mesh mesh = random.integer(0, 3) == 0 ? icosphere(random.integer(0, 1), {2, 2, 2}, random.uniform(0.5, 2.5))
-                                          : onGrid(random);
-    mesh = turned(moved(std::move(mesh), {-2, -2, -2}), random);
-    return moved(std::move(mesh), point(random, -1, 1));
-}
-
-using Draw = Mesh (*)(Random&);
-
-constexpr std::pair<const char*, Draw> kinds[]{{"on the grid", onGrid}, {"anywhere", anywhere}};
+constexpr std::pair<const char*, DrawSolid> kinds[]{{"on the grid", solidOnGrid}, {"anywhere", solidAnywhere}};
 
 int failures() {
     return testing::UnitTest::GetInstance()->current_test_info()->result()->total_part_count();
 }
 
 // Calls check(random, draw) for so many seeds and each kind of solid; stops after three cases that failed.
-void forCases(const char* name, int count, const std::function<void(Random&, Draw)>& check) {
+void forCases(const char* name, int count, const std::function<void(Random&, DrawSolid)>& check) {
     if (longForm()) count *= 20;
     int failed = 0;
     for (const auto& [kind, draw] : kinds) {
@@ -168,7 +54,7 @@ bool within(const Mesh& mesh, const Vec3& p) {
 // A point clear of the surfaces of all of them, by ten thousand tolerances.
 Vec3 pointClearOf(Random& random, std::initializer_list<const Mesh*> meshes) {
     for (;;) {
-        const Vec3 p = point(random, -2, 6);
+        const Vec3 p = randomPoint(random, -2, 6);
         if (std::all_of(meshes.begin(), meshes.end(), [&](const Mesh* mesh) { return distanceTo(*mesh, p) > 0.01; })) {
             return p;
         }
@@ -227,7 +113,7 @@ Mesh aboutZ(Mesh mesh) {
 } // namespace
 
 TEST(Laws, VolumesPointsAndEdgesOfTwoSolids) {
-    forCases("pairs", 700, [](Random& random, Draw draw) {
+    forCases("pairs", 700, [](Random& random, DrawSolid draw) {
         const Mesh a = draw(random);
         const Mesh b = draw(random);
         const Mesh united = unite(a, b);
@@ -252,7 +138,7 @@ TEST(Laws, VolumesPointsAndEdgesOfTwoSolids) {
 }
 
 TEST(Laws, SwappedOperandsOfUnionAndIntersectionGiveTheSameSolid) {
-    forCases("swapped", 400, [](Random& random, Draw draw) {
+    forCases("swapped", 400, [](Random& random, DrawSolid draw) {
         const Mesh a = draw(random);
         const Mesh b = draw(random);
         for (const TwoMeshOperation& operation : {unite, intersect}) {
@@ -268,7 +154,7 @@ TEST(Laws, SwappedOperandsOfUnionAndIntersectionGiveTheSameSolid) {
 }
 
 TEST(Laws, ASolidWithItselfIsItselfAndWithoutItselfNothing) {
-    forCases("itself", 700, [](Random& random, Draw draw) {
+    forCases("itself", 700, [](Random& random, DrawSolid draw) {
         const Mesh a = draw(random);
         const Mesh united = unite(a, a);
         const Mesh common = intersect(a, a);
@@ -297,7 +183,7 @@ TEST(Laws, AMeshWithoutItselfIsNotNothingWhereItCrossesItselfOrIsTooLargeForTheT
 }
 
 TEST(Laws, OneSolidAfterTheOtherIsBothAtOnce) {
-    forCases("cutters", 400, [](Random& random, Draw draw) {
+    forCases("cutters", 400, [](Random& random, DrawSolid draw) {
         const Mesh a = draw(random);
         const std::vector<Mesh> cutters{draw(random), draw(random)};
         const Mesh inTurn = subtract(subtract(a, cutters[0]), cutters[1]);
@@ -321,7 +207,7 @@ TEST(Laws, OneSolidAfterTheOtherIsBothAtOnce) {
 // About z the sums of products are the same, for x * y + y * x is; so are the bits. About x and y they are taken in
 // another order, and the results differ by rounding, nowhere near the tolerance.
 TEST(Laws, AQuarterTurnTurnsTheResult) {
-    forCases("turned", 400, [](Random& random, Draw draw) {
+    forCases("turned", 400, [](Random& random, DrawSolid draw) {
         const Mesh a = draw(random);
         const Mesh b = draw(random);
         for (const TwoMeshOperation& operation : twoMeshOperations) {
@@ -336,7 +222,7 @@ TEST(Laws, AQuarterTurnTurnsTheResult) {
 
 // The tolerance does not grow along: this holds where nothing lies so near a plane that it decides.
 TEST(Laws, TwiceOrManyTimesTheSizeGivesTheBitsOfTheResultAtThatSize) {
-    forCases("scaled", 400, [](Random& random, Draw draw) {
+    forCases("scaled", 400, [](Random& random, DrawSolid draw) {
         const Mesh a = draw(random);
         const Mesh b = draw(random);
         for (const TwoMeshOperation& operation : twoMeshOperations) {

@@ -333,6 +333,14 @@ TEST_F(CInterface, TurnsExceptionsIntoStatuses) {
     }
 }
 
+TEST_F(CInterface, RefusesMoreCornersThanCanBeCounted) {
+    OrvaSolid large = solid();
+    large.face_count = 0x7FFFFFFF / 3 + 1;
+    EXPECT_EQ(orva_tidy_union_solids(&output, &report, &large, 1, nullptr), ORVA_TIDY_TOO_LARGE);
+    EXPECT_EQ(given.name, "") << "it was computed";
+    expectNothing();
+}
+
 TEST_F(CInterface, RefusesNullPointers) {
     const MeshD in = mesh();
     const OrvaSolid indexed = solid();
