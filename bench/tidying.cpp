@@ -9,9 +9,6 @@
 
 #include <tbb/global_control.h>
 
-#include <malloc.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -149,7 +146,6 @@ struct Tidied {
 Tidied tidySoup(const StoredSoup& stored, std::size_t triangles, bool withMarks, tidy::Merge merge) {
     Mesh soup;
     std::vector<tidy::Origin> origins;
-    malloc_trim(0); // what earlier jobs left in the heap would hold something and not be seen
     stored.read(triangles, soup, withMarks ? &origins : nullptr);
     tidy::Options options;
     options.merge = merge;
@@ -263,8 +259,9 @@ std::vector<Job> tidyingJobs(const std::string& meshes) {
     for (const Job& job : allJobs(meshes)) {
         const bool ofTwo = job.operation == Operation::Union || job.operation == Operation::Difference ||
                            job.operation == Operation::Intersection;
-        const bool large = job.size == "level 7" || job.size == "256 x 256";
-        if (ofTwo && !large && job.series != "boxes") jobs.push_back(job);
+        const bool isLarge =
+            job.size == "level 6" || job.size == "level 7" || job.size == "128 x 128" || job.size == "256 x 256";
+        if (ofTwo && !isLarge && job.series != "boxes") jobs.push_back(job);
     }
     return jobs;
 }
