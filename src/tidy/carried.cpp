@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <initializer_list>
 
 namespace orva::tidy {
 
@@ -25,10 +26,19 @@ const types::Vertex& nearest(const types::Vertex* triangle, const Vec3& point) {
     });
 }
 
+// NaN where one is among them; std::max would take it for small.
+double largest(std::initializer_list<double> values) {
+    double most = 0.0;
+    for (const double value : values) {
+        if (!(value <= most) && most == most) most = value;
+    }
+    return most;
+}
+
 double difference(const Corner& a, const Corner& b) {
-    return std::max({std::fabs(a.normal.x - b.normal.x), std::fabs(a.normal.y - b.normal.y),
-                     std::fabs(a.normal.z - b.normal.z), std::fabs(a.aux[0] - b.aux[0]),
-                     std::fabs(a.aux[1] - b.aux[1])});
+    return largest({std::fabs(a.normal.x - b.normal.x), std::fabs(a.normal.y - b.normal.y),
+                    std::fabs(a.normal.z - b.normal.z), std::fabs(a.aux[0] - b.aux[0]),
+                    std::fabs(a.aux[1] - b.aux[1])});
 }
 
 } // namespace
@@ -56,8 +66,9 @@ bool carryTheSame(const types::Vertex* triangle, const types::Vertex* other) {
     const Corner zero{};
     double size = 0.0;
     for (std::size_t k = 0; k < 3; ++k) {
-        size = std::max({size, difference(cornerOf(triangle[k]), zero), difference(cornerOf(other[k]), zero)});
+        size = largest({size, difference(cornerOf(triangle[k]), zero), difference(cornerOf(other[k]), zero)});
     }
+    if (!std::isfinite(size)) return false;
     return std::all_of(other, other + 3, [&](const types::Vertex& vertex) {
         return difference(carriedAt(triangle, vertex.pos), cornerOf(vertex)) <= ROUNDING * size;
     });

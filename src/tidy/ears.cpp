@@ -10,6 +10,11 @@ namespace {
 
 constexpr std::uint32_t NO_NODE = 0xFFFFFFFF;
 
+// An outline with so many forced ears crosses itself all over. What is left of it is cut as it comes: to look all
+// around it for each ear would take the third power of its corners.
+constexpr std::uint64_t MOST_FORCED = 32;
+constexpr std::size_t HURRIED = 8;
+
 std::size_t cellOf(double at, double low, double cellsPerUnit, std::size_t cells) {
     const double cell = (at - low) * cellsPerUnit;
     if (!(cell > 0.0)) return 0;
@@ -265,8 +270,9 @@ void EarCutter::cutOutline(std::uint32_t first) {
     placeBlockers(first, count);
     std::uint32_t at = first;
     std::size_t missed = 0; // since the last ear
+    const std::uint64_t most = forced + MOST_FORCED;
     while (count > 3) {
-        if (isEar(at)) {
+        if (forced < most ? isEar(at) : turnAt(at) > 0) {
             const std::uint32_t next = nodes[at].next;
             cutEar(at);
             --count;
@@ -275,12 +281,12 @@ void EarCutter::cutOutline(std::uint32_t first) {
             continue;
         }
         at = nodes[at].next;
-        if (++missed < count) continue;
+        if (++missed < (forced < most ? count : std::min(count, HURRIED))) continue;
 
         // None is good: the first convex corner, or at least one that is flat.
         std::uint32_t best = at;
         int bestTurn = -2;
-        for (std::size_t i = 0; i < count; ++i, at = nodes[at].next) {
+        for (std::size_t i = 0; i < missed; ++i, at = nodes[at].next) {
             const int turn = turnAt(at);
             if (turn <= bestTurn) continue;
             bestTurn = turn;

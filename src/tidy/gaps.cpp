@@ -38,11 +38,13 @@ public:
         for (std::size_t at = 0; at < nodes.size(); ++at) divide(at);
     }
 
-    /// Squared, from the middle of one to the nearest other, but not farther than `reach`.
-    double nearest(std::uint32_t item, double reach) const {
+    /// Squared, from the middle of one to the nearest other; or to any that is as near as `enough`: of segments that
+    /// lie across each other no box is far from another, and to look for the very nearest would be to look at them all.
+    double nearest(std::uint32_t item, double enough) const {
+        double reach = std::numeric_limits<double>::infinity();
         const Vec3 middle = middleOf(segments[item]);
         std::vector<std::size_t> waiting{0};
-        while (!waiting.empty()) {
+        while (!waiting.empty() && reach > enough) {
             const Node& node = nodes[waiting.back()];
             waiting.pop_back();
             if (!(squaredDistance(node.box, middle) < reach)) continue;
@@ -110,7 +112,7 @@ double largestGap(const std::vector<Segment>& segments) {
     const Tree tree(segments);
     double most = 0.0;
     for (std::size_t i = 0; i < segments.size(); ++i) {
-        most = std::max(most, tree.nearest(static_cast<std::uint32_t>(i), std::numeric_limits<double>::infinity()));
+        most = std::max(most, tree.nearest(static_cast<std::uint32_t>(i), most));
     }
     return squareRoot(most);
 }

@@ -1,7 +1,6 @@
 #include "tidy/loops.hpp"
 
 #include "tidy/adjacency.hpp"
-#include "tidy/open_edges.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -17,52 +16,50 @@ using Loop = std::vector<std::uint32_t>; // edges, each beginning where the one 
 // Simple loops, as they are met on the way from open edge to open edge. There is a way on from each point: as many open
 // edges lead into it as out of it.
 std::vector<Loop> findLoops(const Surface& surface) {
-    OpenEdges open;
-    open.collect(surface);
+    Adjacency open;
+    collect(open, surface, surface.points.size(),
+            [](const Edge& edge) { return edge.twin == NONE ? edge.from : NONE; });
+    std::vector<std::uint32_t> nextWay(open.first.begin(), open.first.end() - 1); // by point: those before are used
+    std::vector<std::uint32_t> byNumber = open.edges;
+    std::sort(byNumber.begin(), byNumber.end());
     std::vector<Loop> loops;
     std::vector<std::uint32_t> path;
     std::vector<std::uint32_t> placeOnPath(surface.points.size(), NONE);
-    std::vector<std::vector<std::uint32_t>> ways; // of the points on the path, what is left
-    std::vector<std::uint32_t> out;
-    std::vector<bool> isUsed(surface.edges.size());
-    const auto follow = [&](std::uint32_t start) {
-        path.assign(1, start);
-        isUsed[start] = true;
-        placeOnPath[surface.edges[start].from] = 0;
-        while (!path.empty()) {
-            const std::uint32_t at = surface.edges[path.back()].to;
-            if (placeOnPath[at] != NONE) { // the path has come back to itself
-                const std::size_t first = placeOnPath[at];
-                loops.emplace_back(path.begin() + static_cast<std::ptrdiff_t>(first), path.end());
-                for (std::size_t i = first; i < path.size(); ++i) placeOnPath[surface.edges[path[i]].from] = NONE;
-                path.resize(first);
-                continue;
-            }
-            open.takeOutOf(surface, at, out);
-            std::erase_if(out, [&isUsed](std::uint32_t edge) { return isUsed[edge]; });
-            if (out.empty()) break; // cannot be, in a sum of loops
-            for (std::size_t i = out.size(); i-- > 1;) open.addOutOf(surface, out[i]);
+    for (std::size_t i = 0; i < open.edges.size(); ++i) {
+        // note: in the order of the edges' numbers, not of their points, so that the first loops are those met first.
+        const std::uint32_t start = byNumber[i];
+        std::uint32_t at = surface.edges[start].from;
+        if (nextWay[at] == open.first[at + 1] || open.edges[nextWay[at]] != start) continue;
+        while (nextWay[at] < open.first[at + 1]) { // the way ends where it began
             placeOnPath[at] = static_cast<std::uint32_t>(path.size());
-            isUsed[out[0]] = true;
-            path.push_back(out[0]);
+            path.push_back(open.edges[nextWay[at]++]);
+            at = surface.edges[path.back()].to;
+            if (placeOnPath[at] == NONE) continue;
+            const std::size_t first = placeOnPath[at]; // the path has come back to itself
+            loops.emplace_back(path.begin() + static_cast<std::ptrdiff_t>(first), path.end());
+            for (std::size_t k = first; k < path.size(); ++k) placeOnPath[surface.edges[path[k]].from] = NONE;
+            path.resize(first);
+            if (path.empty()) break;
         }
         for (const std::uint32_t edge : path) placeOnPath[surface.edges[edge].from] = NONE;
-    };
-    for (std::size_t i = 0; i < surface.edges.size(); ++i) {
-        const Edge& edge = surface.edges[i];
-        if (isAlive(edge) && edge.twin == NONE && !isUsed[i]) follow(static_cast<std::uint32_t>(i));
+        path.clear();
     }
     return loops;
 }
+
+// Of the edges out of one point so many are looked at: a hub of thousands of faces would be looked at again for each
+// loop through it, and what has most to do with a loop is at its other points, too.
+constexpr std::size_t LOOKED_AT = 64;
 
 // The faces around, those first with which the loop has most to do.
 std::vector<std::uint32_t> facesAround(const Surface& surface, const Adjacency& around, const Loop& loop) {
     std::vector<std::uint32_t> all;
     for (const std::uint32_t edge : loop) {
         const std::uint32_t point = surface.edges[edge].from;
-        for (std::size_t i = around.first[point]; i < around.first[point + 1]; ++i) {
-            all.push_back(surface.edges[around.edges[i]].face);
-        }
+        const std::size_t first = around.first[point];
+        const std::size_t last = std::min<std::size_t>(around.first[point + 1], first + LOOKED_AT);
+        for (std::size_t i = first; i < last; ++i) all.push_back(surface.edges[around.edges[i]].face);
+        if (around.first[point + 1] > last) all.push_back(surface.edges[edge].face);
     }
     std::sort(all.begin(), all.end());
     struct Candidate {

@@ -105,23 +105,32 @@ std::uint32_t halve(Triangles& triangles, std::vector<std::uint32_t>& vertex, st
 
 void cancelMirrored(Triangles& triangles) {
     Corners& corners = triangles.corners;
-    std::vector<std::uint32_t> waiting;
-    for (std::size_t i = corners.point.size(); i-- > 0;) {
-        if (areMirrored(corners, static_cast<std::uint32_t>(i))) waiting.push_back(static_cast<std::uint32_t>(i));
-    }
-    if (waiting.empty()) return;
     std::vector<bool> isGone(countTriangles(triangles));
+    std::vector<std::uint32_t> waiting;
+    const auto glueAndLook = [&](std::uint32_t a, std::uint32_t b) {
+        glue(corners, a, b);
+        if (corners.twin[a] != b && corners.twin[a] != NONE) waiting.push_back(corners.twin[a]);
+    };
+    // A triangle with a side from a point to itself: so has its neighbour there, and what is left are two sides.
+    bool any = false;
+    for (std::uint32_t corner = 0; corner < corners.point.size(); ++corner) {
+        if (corners.point[corner] != corners.point[nextCorner(corner)] || isGone[corner / 3]) continue;
+        isGone[corner / 3] = any = true;
+        glue(corners, nextCorner(corner), previousCorner(corner));
+    }
+    for (std::size_t i = corners.point.size(); i-- > 0;) {
+        const auto corner = static_cast<std::uint32_t>(i);
+        if (!isGone[i / 3] && areMirrored(corners, corner)) waiting.push_back(corner);
+    }
+    if (waiting.empty() && !any) return;
     while (!waiting.empty()) {
         const std::uint32_t corner = waiting.back();
         waiting.pop_back();
         if (isGone[corner / 3] || !areMirrored(corners, corner)) continue;
         const std::uint32_t other = corners.twin[corner];
         isGone[corner / 3] = isGone[other / 3] = true;
-        for (const auto& [a, b] : {std::pair(nextCorner(corner), previousCorner(other)),
-                                   std::pair(previousCorner(corner), nextCorner(other))}) {
-            glue(corners, a, b);
-            if (corners.twin[a] != b && corners.twin[a] != NONE) waiting.push_back(corners.twin[a]);
-        }
+        glueAndLook(nextCorner(corner), previousCorner(other));
+        glueAndLook(previousCorner(corner), nextCorner(other));
     }
 
     // Those that stay move up.
@@ -164,17 +173,29 @@ std::uint32_t splitUmbrellas(Triangles& triangles, Surface& surface, std::vector
     std::sort(sides.begin(), sides.end(), [](const Side& a, const Side& b) {
         return a.vertices != b.vertices ? a.vertices < b.vertices : a.corner < b.corner;
     });
+    std::vector<std::uint32_t> movedTo; // by corner: where its side is after a triangle was halved beside it
+    const auto placeOf = [&movedTo](std::uint32_t corner) {
+        while (corner < movedTo.size() && movedTo[corner] != NONE) corner = movedTo[corner];
+        return corner;
+    };
+    const auto moveSide = [&movedTo](std::uint32_t corner, std::uint32_t half) {
+        if (movedTo.size() < half + 3U) movedTo.resize(half + 3U, NONE);
+        if (movedTo[nextCorner(corner)] == NONE) movedTo[nextCorner(corner)] = half + 1;
+    };
     for (std::size_t i = 1; i < sides.size(); ++i) {
-        const std::uint32_t corner = sides[i].corner;
+        if (sides[i].vertices != sides[i - 1].vertices) continue;
+        const std::uint32_t corner = placeOf(sides[i].corner);
         const std::uint32_t twin = corners.twin[corner];
-        if (sides[i].vertices != sides[i - 1].vertices || twin == NONE) continue;
+        if (twin == NONE) continue;
         const Vec3& a = surface.points[corners.point[corner]];
         const Vec3& b = surface.points[corners.point[nextCorner(corner)]];
         const auto middle = static_cast<std::uint32_t>(surface.points.size());
         surface.points.push_back(0.5 * a + 0.5 * b);
         const std::uint32_t number = fans.count++;
         const std::uint32_t half = halve(triangles, vertex, corner, middle, number);
+        moveSide(corner, half);
         const std::uint32_t otherHalf = halve(triangles, vertex, twin, middle, number);
+        moveSide(twin, otherHalf);
         corners.twin[corner] = otherHalf;
         corners.twin[otherHalf] = corner;
         corners.twin[twin] = half;
