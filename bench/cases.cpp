@@ -1,11 +1,11 @@
 #include "cases.hpp"
 
+#include "off.hpp"
 #include "shapes.hpp"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <numbers>
 #include <stdexcept>
@@ -51,26 +51,6 @@ Mesh turnedAboutZ(Mesh mesh, double angle, const Vec3& centre) {
         const double x = vertex.pos.x - centre.x;
         const double y = vertex.pos.y - centre.y;
         vertex.pos = {centre.x + c * x - s * y, centre.y + s * x + c * y, vertex.pos.z};
-    }
-    return mesh;
-}
-
-Mesh readOff(const std::string& name) {
-    std::ifstream file(name);
-    std::string magic;
-    std::size_t vertices = 0;
-    std::size_t faces = 0;
-    std::size_t edges = 0;
-    if (!(file >> magic >> vertices >> faces >> edges) || magic != "OFF") throw std::runtime_error(name + ": not OFF");
-    std::vector<Vec3> positions(vertices);
-    for (Vec3& p : positions) file >> p.x >> p.y >> p.z;
-    Mesh mesh;
-    for (std::size_t i = 0; i < faces; ++i) {
-        std::size_t corners = 0;
-        std::array<std::size_t, 3> face{};
-        file >> corners >> face[0] >> face[1] >> face[2];
-        if (!file || corners != 3) throw std::runtime_error(name + ": not all triangles");
-        for (const std::size_t corner : face) mesh.vertices.push_back({positions.at(corner), {}, {}});
     }
     return mesh;
 }

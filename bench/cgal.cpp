@@ -2,6 +2,7 @@
 
 #include <CGAL/Exact_predicates_inexact_constructions_kernel.h>
 #include <CGAL/Polygon_mesh_processing/corefinement.h>
+#include <CGAL/Polygon_mesh_processing/self_intersections.h>
 #include <CGAL/Surface_mesh.h>
 
 #include <array>
@@ -123,6 +124,10 @@ Mesh subtractUnion(const Mesh& base, const std::vector<Mesh>& cutters) {
     }
     Surface surface = surfaceOf(base);
     return meshOf(difference(surface, queue.front()));
+}
+
+bool crossesItself(const Mesh& mesh) {
+    return processing::does_self_intersect(surfaceOf(mesh));
 }
 
 } // namespace orva::bench::cgal

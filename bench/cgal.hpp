@@ -17,4 +17,7 @@ Mesh subtractInTurn(const Mesh& base, const std::vector<Mesh>& cutters);
 /// The union as a tournament, as in our own sequential one.
 Mesh subtractUnion(const Mesh& base, const std::vector<Mesh>& cutters);
 
+/// Whether some of its triangles meet in more than a common corner or edge.
+bool crossesItself(const Mesh& mesh);
+
 } // namespace orva::bench::cgal

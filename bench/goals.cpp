@@ -2,11 +2,11 @@
 // between processor times: on a busy machine the clock tells how much of a processor a call was given.
 #include "goals.hpp"
 
+#include "score.hpp"
 #include "table.hpp"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <optional>
 #include <vector>
 
@@ -16,43 +16,6 @@ namespace {
 
 constexpr double LIMIT = 120;
 constexpr double BUDGET = 3;
-
-struct Bound {
-    double need;
-    double aim;
-};
-
-struct Goals {
-    int reached = 0;
-    int aimsReached = 0;
-    int all = 0;
-
-    void judge(const std::string& what, const std::string& of, double value, Bound bound, bool atLeast) {
-        const auto holds = [=](double than) { return atLeast ? value >= than : value <= than; };
-        const bool isReached = holds(bound.need);
-        const bool isAim = holds(bound.aim);
-        ++all;
-        reached += isReached ? 1 : 0;
-        aimsReached += isAim ? 1 : 0;
-        std::printf("%-34s %-26s %9s   %s %5g   aim %5g   %s\n", what.c_str(), of.c_str(), rounded(value).c_str(),
-                    atLeast ? "at least" : "at most ", bound.need, bound.aim,
-                    isAim       ? "reached, the aim too"
-                    : isReached ? "reached"
-                                : "NOT REACHED");
-        std::fflush(stdout);
-    }
-
-    static void skipped(const std::string& what, const std::string& of, const std::string& why) {
-        std::printf("%-34s %-26s not judged, %s\n", what.c_str(), of.c_str(), why.c_str());
-        std::fflush(stdout);
-    }
-
-    void failed(const std::string& what, const std::string& of, const std::string& why) {
-        ++all;
-        std::printf("%-34s %-26s NOT REACHED: %s\n", what.c_str(), of.c_str(), why.c_str());
-        std::fflush(stdout);
-    }
-};
 
 // What is asked of one job.
 struct Asked {
@@ -103,7 +66,7 @@ double cutsPerSecond(const Outcome& plain, const Outcome& ours) {
 }
 
 // From level 4 to level 6 of the icospheres, sixteen times as many triangles.
-void judgeGrowth(Goals& goals) {
+void judgeGrowth(Score& score) {
     const std::string what = "icospheres/level 4 to 6/union";
     const Job small = jobNamed("icospheres/level 4/union", "");
     const Job large = jobNamed("icospheres/level 6/union", "");
@@ -116,17 +79,16 @@ void judgeGrowth(Goals& goals) {
                  {Solver::OneThread, large.operation, &largeInputs, &largeCheck, LIMIT}},
                 2 * BUDGET);
     for (const Outcome& outcome : outcomes) {
-        if (!outcome.failure.empty()) return goals.failed(what, "growth, n^", outcome.failure);
+        if (!outcome.failure.empty()) return score.failed(what, "growth, n^", outcome.failure);
     }
-    goals.judge(what, "growth, n^",
+    score.judge(what, "growth, n^",
                 std::log(medianRatio(outcomes[1], outcomes[0], &Solution::processor)) / std::log(16.0), {1.25, 1.1},
                 false);
 }
 
 } // namespace
 
-bool goalsReached(const std::string& meshes) {
-    Goals goals;
+void judgeGoals(Score& score, const std::string& meshes) {
     std::optional<double> bestRate;
     std::string fastest;
     for (const Asked& asked : allAsked()) {
@@ -144,17 +106,17 @@ bool goalsReached(const std::string& meshes) {
             const std::string of = plain ? "plain reading / ours" : "ours / CGAL";
             const Outcome& other = outcomes[i];
             if (!plain && asked.cgalMayFail && ours.failure.empty() && !other.failure.empty()) {
-                goals.skipped(asked.job, of, "CGAL: " + other.failure);
+                score.skipped(asked.job, of, "CGAL: " + other.failure);
             } else if (!ours.failure.empty() || !other.failure.empty()) {
-                goals.failed(asked.job, of, ours.failure.empty() ? other.failure : ours.failure);
+                score.failed(asked.job, of, ours.failure.empty() ? other.failure : ours.failure);
             } else if (plain) {
-                goals.judge(asked.job, of, medianRatio(other, ours, &Solution::processor), *asked.plain, true);
+                score.judge(asked.job, of, medianRatio(other, ours, &Solution::processor), *asked.plain, true);
             } else {
-                goals.judge(asked.job, of, medianRatio(ours, other, &Solution::processor), *asked.cgal, false);
+                score.judge(asked.job, of, medianRatio(ours, other, &Solution::processor), *asked.cgal, false);
             }
         }
         if (!asked.memory || !ours.failure.empty()) continue;
-        goals.judge(asked.job, "memory / (input + output)", memoryRatio(ours, trianglesIn(inputs)), {3, 3}, false);
+        score.judge(asked.job, "memory / (input + output)", memoryRatio(ours, trianglesIn(inputs)), {3, 3}, false);
         if (job.operation != Operation::Union || !outcomes[1].failure.empty()) continue;
         const double rate = cutsPerSecond(outcomes[1], ours);
         if (!bestRate || rate > *bestRate) {
@@ -162,14 +124,12 @@ bool goalsReached(const std::string& meshes) {
             fastest = asked.job;
         }
     }
-    judgeGrowth(goals);
+    judgeGrowth(score);
     if (bestRate) {
-        goals.judge(fastest, "million cuts a second", *bestRate, {0.7, 2.5}, true);
+        score.judge(fastest, "million cuts a second", *bestRate, {0.7, 2.5}, true);
     } else {
-        goals.failed("scans/*/union", "million cuts a second", "no result");
+        score.failed("scans/*/union", "million cuts a second", "no result");
     }
-    std::printf("%d of %d goals reached, %d aims\n", goals.reached, goals.all, goals.aimsReached);
-    return goals.reached == goals.all;
 }
 
 } // namespace orva::bench

@@ -1,11 +1,13 @@
 // What the library has to reach, measured and judged.
 #pragma once
 
+#include "score.hpp"
+
 #include <string>
 
 namespace orva::bench {
 
-/// Prints a line for each goal; true where all are reached. `meshes` is the folder with the OFF files.
-bool goalsReached(const std::string& meshes);
+/// `meshes` is the folder with the OFF files.
+void judgeGoals(Score& score, const std::string& meshes);
 
 } // namespace orva::bench

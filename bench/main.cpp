@@ -1,12 +1,17 @@
 // Speed, beside the plain reading of the same algorithm and beside CGAL; bench/run calls it.
 //
-//     orva_bench goals MESHES
+//     orva_bench goals MESHES [tidy]
 //     orva_bench table MESHES TABLE PLOT-DATA FILTER SECONDS
+//     orva_bench tidying MESHES TABLE
 //
-// goals: what the library has to reach, measured and judged; the exit code is 0 where all of it is reached. table: all
-// jobs whose name contains FILTER; SECONDS is the most that a solver may take for one.
+// goals: what the library has to reach, measured and judged; the exit code is 0 where all of it is reached; tidy is
+// what tidied results have to reach, alone. table: all jobs whose name contains FILTER; SECONDS is the most that a
+// solver may take for one. tidying: what tidying makes of the results and what it takes.
 #include "goals.hpp"
+#include "score.hpp"
 #include "table.hpp"
+#include "tidy_goals.hpp"
+#include "tidying.hpp"
 
 #include <charconv>
 #include <exception>
@@ -52,12 +57,29 @@ bool writeTable(const std::string& meshes, const char* tableFile, const char* pl
     return table.allRight();
 }
 
+bool writeTidying(const std::string& meshes, const std::string& tableFile) {
+    std::ofstream stream(tableFile);
+    writeTidyingTable(stream, meshes);
+    if (!stream.flush()) throw std::runtime_error("the table could not be written");
+    return true;
+}
+
+bool goalsReached(const std::string& meshes, bool tidyOnly) {
+    Score score;
+    if (!tidyOnly) judgeGoals(score, meshes);
+    judgeTidyGoals(score, meshes);
+    return score.sumUp();
+}
+
 bool run(const std::vector<std::string>& words) {
-    if (words.size() == 2 && words[0] == "goals") return goalsReached(words[1]);
+    if (words.size() == 2 && words[0] == "goals") return goalsReached(words[1], false);
+    if (words.size() == 3 && words[0] == "goals" && words[2] == "tidy") return goalsReached(words[1], true);
+    if (words.size() == 3 && words[0] == "tidying") return writeTidying(words[1], words[2]);
     if (words.size() == 6 && words[0] == "table") {
         return writeTable(words[1], words[2].c_str(), words[3].c_str(), words[4], secondsFrom(words[5]));
     }
-    throw WrongCall("usage: orva_bench goals MESHES | orva_bench table MESHES TABLE PLOT-DATA FILTER SECONDS");
+    throw WrongCall("usage: orva_bench goals MESHES [tidy] | orva_bench tidying MESHES TABLE | orva_bench table MESHES "
+                    "TABLE PLOT-DATA FILTER SECONDS");
 }
 
 } // namespace

@@ -5,25 +5,15 @@
 #include "library.hpp"
 #include "measures.hpp"
 #include "orva/bspcsg.hpp"
+#include "process.hpp"
 #include "reference.hpp"
 
 #include <tbb/global_control.h>
 
 #include <malloc.h>
-#include <poll.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
-#include <csignal>
-#include <cstring>
-#include <ctime>
-#include <fstream>
-#include <stdexcept>
 
 namespace orva::bench {
 
@@ -64,31 +54,6 @@ constexpr double AT_LEAST = 0.05;
 // Beyond this a job is not repeated.
 constexpr double LONG = 0.5;
 
-struct Clocks {
-    double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-    double processor = ofProcess();
-
-    static double ofProcess() {
-        timespec time{};
-        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-        return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-    }
-};
-
-double residentBytes() {
-    std::size_t all = 0;
-    std::size_t resident = 0;
-    std::ifstream("/proc/self/statm") >> all >> resident;
-    return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE));
-}
-
-// A new process starts with what it has from the old one.
-double mostResidentBytes() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return 1024.0 * static_cast<double>(usage.ru_maxrss);
-}
-
 Solution solved(Solver solver, Operation operation, const std::vector<Mesh>& inputs) {
     const Mesh& first = inputs.front();
     const std::vector<Mesh> others(inputs.begin() + 1, inputs.end());
@@ -123,26 +88,6 @@ Solution solved(Solver solver, Operation operation, const std::vector<Mesh>& inp
     return solution;
 }
 
-// What the child sends: a solution, or words.
-struct Message {
-    bool solved = false;
-    Solution solution{};
-    char words[160]{};
-};
-
-[[noreturn]] void solveAndExit(int pipe, Solver solver, Operation operation, const std::vector<Mesh>& inputs) {
-    prctl(PR_SET_PDEATHSIG, SIGKILL); // nothing goes on when the measuring is broken off
-    Message message;
-    try {
-        message.solution = solved(solver, operation, inputs);
-        message.solved = true;
-    } catch (const std::exception& exception) {
-        std::strncpy(message.words, exception.what(), sizeof message.words - 1);
-    }
-    const bool sent = write(pipe, &message, sizeof message) == static_cast<ssize_t>(sizeof message);
-    _exit(sent ? 0 : 1);
-}
-
 } // namespace
 
 const char* nameOf(Solver solver) {
@@ -163,25 +108,7 @@ bool canDo(Solver solver, Operation operation) {
 }
 
 Solution solve(Solver solver, Operation operation, const std::vector<Mesh>& inputs, double limit) {
-    int ends[2];
-    if (pipe(ends) != 0) throw std::runtime_error("no pipe");
-    const pid_t child = fork();
-    if (child < 0) throw std::runtime_error("no process");
-    if (child == 0) solveAndExit(ends[1], solver, operation, inputs);
-    close(ends[1]);
-
-    pollfd ready{ends[0], POLLIN, 0};
-    const bool inTime = poll(&ready, 1, static_cast<int>(limit * 1000)) > 0;
-    Message message;
-    const bool received = inTime && read(ends[0], &message, sizeof message) == static_cast<ssize_t>(sizeof message);
-    if (!inTime) kill(child, SIGKILL);
-    close(ends[0]);
-    waitpid(child, nullptr, 0);
-
-    if (!inTime) throw std::runtime_error("> " + std::to_string(std::lround(limit)) + " s");
-    if (!received) throw std::runtime_error("crashed");
-    if (!message.solved) throw std::runtime_error(message.words);
-    return message.solution;
+    return apart<Solution>(limit, [&] { return solved(solver, operation, inputs); });
 }
 
 std::optional<std::string> Check::operator()(Solver solver, const Solution& solution) {

@@ -31,11 +31,8 @@ struct Solution {
 };
 
 /// Solves it in a process of its own, with the clock running from triangle list to triangle list: once where that takes
-/// long; otherwise again, with memory that is warm, and short jobs many times, for their mean. Throws
-/// std::runtime_error with a few words where there is no result: what the solver said, that it crashed, or that it took
-/// longer than `limit` seconds.
-///
-/// The calling process must not have used the task scheduler: its threads are not copied into the new process.
+/// long; otherwise again, with memory that is warm, and short jobs many times, for their mean. Throws as apart() does
+/// where there is no result.
 Solution solve(Solver solver, Operation operation, const std::vector<Mesh>& inputs, double limit);
 
 /// Holds the results for one job against each other: the library's and the plain reading's are the same bit for bit

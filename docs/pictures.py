@@ -82,10 +82,12 @@ def orva(*arguments):
     subprocess.run([ORVA, *map(str, arguments), "--force", "--quiet"], check=True)
 
 
-def combine(verb, name, *inputs):
+def combine(verb, name, *inputs, tidied=False):
     path = MESHES / f"{name}.off"
     options = ["--mode", "union"] if verb == "subtract" else []
-    orva(verb, *inputs, "-o", path, "--raw", *options)  # the pages explain what the library itself gives
+    if not tidied:
+        options.append("--raw")  # most pages explain what the library itself gives
+    orva(verb, *inputs, "-o", path, *options)
     return path
 
 
@@ -119,7 +121,13 @@ def main():
     wall = box("wall", (0, 0, 0), (15, 0.3, 12))
     windows = [box(f"window-{floor}-{bay}", (bay + 0.2, -0.1, 3 * floor + 1), (bay + 0.8, 0.4, 3 * floor + 2.4))
                for floor in range(4) for bay in range(15)]
-    render("wall", combine("subtract", "house", wall, *windows), size="720x560", view="28,14")
+    house = combine("subtract", "house", wall, *windows)
+    render("wall", house, size="720x560", view="28,14")
+
+    # the same as it is cut, and as it is tidied
+    render("wall-raw", house, size="720x580", view="front", edges="all")
+    render("wall-tidied", combine("subtract", "house-tidied", wall, *windows, tidied=True), size="720x580", view="front",
+           edges="all")
 
     # why results hold more triangles than their shape needs
     small = box("small", (0, 0, 0), (4, 0.3, 3))
