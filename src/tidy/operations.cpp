@@ -28,9 +28,12 @@ using Meshes = std::vector<Mesh>;
 // Powers of two near which the longest side of the inputs is put.
 constexpr std::array<int, 4> UNITS{10, 4, 13, 7};
 
-// A running result is tidied when it has become so many times as long as it last was: its own cuts cost every later
-// step.
-constexpr std::size_t GROWN = 2;
+// A running result is tidied on the way where that makes it so many times shorter: its cuts would cost every later
+// step. Where it does not, as with walls, tidying only divides anew what was fine.
+constexpr std::size_t SHORTER = 2;
+
+// So many times as many cutters are subtracted at once where tidying after fewer did not help.
+constexpr std::size_t MORE_CUTTERS = 4;
 
 // ---- Marks ----
 
@@ -64,45 +67,69 @@ std::vector<Origin> originsOf(const Mesh& soup) {
 
 // ---- A running result ----
 
-// What an operation of two makes of a running result, again and again, tidied in between where it has grown.
-class Running {
-public:
-    Running(Mesh first, const Inputs& ofInputs, const Options& withOptions)
-        : mesh(std::move(first)), inputs(ofInputs), options(withOptions), size(mesh.vertices.size()) {}
-
-    void combine(void (*operation)(Mesh& output, const Mesh& a, const Mesh& b), const Mesh& other) {
-        if (mesh.vertices.size() > GROWN * size) tidyNow();
-        Mesh result;
-        operation(result, mesh, other);
-        size = std::max(size, mesh.vertices.size()) + other.vertices.size();
-        mesh = std::move(result);
-    }
-
-    Mesh mesh;
-
-private:
-    void tidyNow() {
-        Solid solid;
-        tidyPieces(solid, mesh, originsOf(mesh), &inputs, options);
-        Mesh tidied;
-        tidied.vertices.reserve(3 * solid.faces.size());
-        for (std::size_t i = 0; i < solid.faces.size(); ++i) {
-            for (const std::uint32_t vertex : solid.faces[i]) {
-                const types::Vec3& p = solid.vertices[vertex];
-                tidied.vertices.push_back(
-                    {{inputs.scale * p.x, inputs.scale * p.y, inputs.scale * p.z},
-                     {},
-                     {static_cast<double>(solid.origins[i].mesh), static_cast<double>(solid.origins[i].face)}});
-            }
+// The soup tidied, and marked again: in the same unit, and with its origins.
+Mesh tidiedSoup(const Mesh& soup, const Inputs& inputs, const Options& options) {
+    Solid solid;
+    tidyPieces(solid, soup, originsOf(soup), &inputs, options);
+    Mesh tidied;
+    tidied.vertices.reserve(3 * solid.faces.size());
+    for (std::size_t i = 0; i < solid.faces.size(); ++i) {
+        const Origin& origin = solid.origins[i];
+        for (const std::uint32_t vertex : solid.faces[i]) {
+            const types::Vec3& p = solid.vertices[vertex];
+            tidied.vertices.push_back({{inputs.scale * p.x, inputs.scale * p.y, inputs.scale * p.z},
+                                       {},
+                                       {static_cast<double>(origin.mesh), static_cast<double>(origin.face)}});
         }
-        mesh = std::move(tidied);
-        size = mesh.vertices.size();
     }
+    return tidied;
+}
 
-    const Inputs& inputs;
-    const Options& options;
-    std::size_t size; ///< what it was when it was last tidied, and what came since
-};
+bool isShorter(const Mesh& tidied, const Mesh& soup) {
+    return SHORTER * tidied.vertices.size() <= soup.vertices.size();
+}
+
+// ((first . second) . third) . ..., tidied whenever the soup has grown so much that it may help.
+Mesh combineInTurn(const Meshes& meshes, const Inputs& inputs, const Options& options,
+                   void (*operation)(Mesh& output, const Mesh& a, const Mesh& b)) {
+    Mesh running = meshes.front();
+    std::size_t expected = running.vertices.size();
+    for (std::size_t i = 1; i < meshes.size(); ++i) {
+        Mesh result;
+        operation(result, running, meshes[i]);
+        running = std::move(result);
+        expected += meshes[i].vertices.size();
+        if (i + 1 == meshes.size() || running.vertices.size() < SHORTER * expected) continue;
+        Mesh tidied = tidiedSoup(running, inputs, options);
+        if (isShorter(tidied, running)) running = std::move(tidied);
+        expected = running.vertices.size();
+    }
+    return running;
+}
+
+// ((first - second) - third) - ..., a few cutters at a time where tidying in between helps, else more and more of them:
+// within one call the operation keeps whole polygons from cutter to cutter.
+Mesh subtractInTurn(const Meshes& meshes, const Inputs& inputs, const Options& options) {
+    Mesh running = meshes.front();
+    std::size_t first = 1;
+    std::size_t count = 1;
+    while (first < meshes.size()) {
+        const std::size_t last = first + std::min(count, meshes.size() - first);
+        const Meshes cutters(meshes.begin() + static_cast<std::ptrdiff_t>(first),
+                             meshes.begin() + static_cast<std::ptrdiff_t>(last));
+        Mesh result;
+        bspcsg::subtractMultiMesh(result, running, cutters);
+        if (last == meshes.size()) return result;
+        Mesh tidied = tidiedSoup(result, inputs, options);
+        if (isShorter(tidied, result)) {
+            running = std::move(tidied);
+            first = last;
+        } else {
+            count *= MORE_CUTTERS; // the same again, with those behind
+        }
+    }
+    return running;
+}
 
 // ---- Units ----
 
@@ -161,20 +188,17 @@ Report operate(Solid& output, const std::vector<const Mesh*>& meshes, std::size_
     return report;
 }
 
-Report fold(Solid& output, const std::vector<const Mesh*>& meshes, const Options& options, std::size_t firstFlipped,
-            void (*operation)(Mesh& output, const Mesh& a, const Mesh& b)) {
-    return operate(output, meshes, firstFlipped, options, [&](const Meshes& all, const Inputs& inputs) {
-        if (all.empty()) return Mesh{};
-        Running running(all.front(), inputs, options);
-        for (std::size_t i = 1; i < all.size(); ++i) running.combine(operation, all[i]);
-        return std::move(running.mesh);
-    });
-}
-
 std::vector<const Mesh*> pointersTo(const Meshes& meshes) {
     std::vector<const Mesh*> pointers;
     for (const Mesh& mesh : meshes) pointers.push_back(&mesh);
     return pointers;
+}
+
+Report fold(Solid& output, const Meshes& meshes, const Options& options,
+            void (*operation)(Mesh& output, const Mesh& a, const Mesh& b)) {
+    return operate(output, pointersTo(meshes), meshes.size(), options, [&](const Meshes& all, const Inputs& inputs) {
+        return all.empty() ? Mesh{} : combineInTurn(all, inputs, options, operation);
+    });
 }
 
 Meshes soupsOf(const std::vector<Solid>& solids) {
@@ -199,21 +223,21 @@ Mesh toSoup(const Solid& solid) {
 }
 
 Report unionSolid(Solid& output, const Meshes& meshes, const Options& options) {
-    return fold(output, pointersTo(meshes), options, meshes.size(), bspcsg::unionMesh);
+    return fold(output, meshes, options, bspcsg::unionMesh);
 }
 
 Report intersectSolid(Solid& output, const Meshes& meshes, const Options& options) {
-    return fold(output, pointersTo(meshes), options, meshes.size(), bspcsg::intersectMesh);
+    return fold(output, meshes, options, bspcsg::intersectMesh);
 }
 
 Report subtractSolid(Solid& output, const Mesh& base, const Meshes& cutters, Cutting cutting, const Options& options) {
     std::vector<const Mesh*> meshes = pointersTo(cutters);
     meshes.insert(meshes.begin(), &base);
-    if (cutting == Cutting::InTurn || cutters.empty()) return fold(output, meshes, options, 1, bspcsg::subtractMesh);
-    return operate(output, meshes, 1, options, [&](const Meshes& all, const Inputs&) {
+    return operate(output, meshes, 1, options, [&](const Meshes& all, const Inputs& inputs) {
+        if (cutting == Cutting::InTurn || cutters.empty()) return subtractInTurn(all, inputs, options);
         const Meshes others(all.begin() + 1, all.end());
-        Mesh result;
         const bool parallel = cutting == Cutting::AsOneUnionParallel;
+        Mesh result;
         (parallel ? bspcsg::subtractMultiUnionMeshParallel : bspcsg::subtractMultiUnionMesh)(result, all.front(),
                                                                                              others);
         return result;
