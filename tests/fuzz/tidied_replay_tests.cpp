@@ -6,7 +6,7 @@
 namespace orva::fuzz {
 
 TEST(Fuzz, KeptTidied) {
-    EXPECT_GT(replayCorpus("fuzz/corpus/tidied.txt", tidied), 100);
+    EXPECT_GT(replayCorpus("fuzz/corpus/tidied.txt", tidied), 40);
 }
 
 } // namespace orva::fuzz
