@@ -5,6 +5,7 @@
 //     targets.hpp, bytes.hpp   what is here for both
 //     solids.cpp               bytes to solids on a coarse grid, exactly there or about a tolerance off it
 //     vertices.cpp             bytes to triangles with any doubles for coordinates
+//     tidied.cpp               bytes to soups and solids that are tidied, and what holds of every result
 //     compare.cpp              operations of the library beside those of the reference
 //     memory.hpp               the working memory that the library gets here
 //     entry.cpp                what libFuzzer calls
@@ -31,6 +32,7 @@ public:
 /// Each runs one case and throws Difference, or what the library throws; std::bad_alloc when the case is too large.
 void solids(const std::uint8_t* data, std::size_t size);
 void vertices(const std::uint8_t* data, std::size_t size);
+void tidied(const std::uint8_t* data, std::size_t size);
 
 /// Each reads one file and throws Difference.
 void stl(const std::uint8_t* data, std::size_t size);
