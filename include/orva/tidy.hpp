@@ -20,7 +20,10 @@
 ///
 /// Laws:
 ///  - The same input gives the same bits: on every platform, with any number of threads, at any time.
-///  - Tidying what is closed and tidied, with the same options, changes nothing.
+///  - Tidying what is closed and tidied, with the same options and its origins, changes nothing; but where a vertex had
+///  to
+///    be put into an edge that four faces share, or things lie about a tolerance apart, it may divide anew what is
+///    there.
 ///  - No vertex is farther from the surface it came from than report.movedByWeld + report.movedByZip +
 ///    report.movedByDrop, and each of the three is about the tolerance at most (the gap width where gaps are closed).
 ///    The volume is kept accordingly.
@@ -82,7 +85,8 @@ struct Solid {
 /// has the origin of the largest face in it.
 enum class Merge : std::int32_t {
     None = 0, ///< pieces of one input face only
-    Cut = 1,  ///< faces that were cut; a tidied result then has no more triangles than the soup
+    Cut = 1,  ///< faces that were cut; the result then has no more triangles than the soup, but for whole faces
+              ///< that have to be divided because a neighbour has a corner in the middle of their side
     All = 2,  ///< those that were not cut, too
 };
 
