@@ -6,6 +6,7 @@
 #include "tidy/point_table.hpp"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstddef>
@@ -198,11 +199,15 @@ void gatherByPlane(Surface& surface, const types::Mesh<double>& soup, double dis
         while (!flood.empty()) {
             const std::size_t at = flood.back();
             flood.pop_back();
+            std::array<std::uint32_t, 3> others{NONE, NONE, NONE};
             for (std::size_t k = 0; k < 3; ++k) {
                 const Edge& edge = triangles.edges[3 * at + k];
                 if (!isAlive(edge) || edge.twin == NONE) continue;
-                const std::uint32_t other = triangles.edges[edge.twin].face;
-                if (face[other] != NONE || !belongs(other)) continue;
+                others[k] = triangles.edges[edge.twin].face;
+                prefetch(&soup.vertices[3 * std::size_t{others[k]}]);
+            }
+            for (const std::uint32_t other : others) {
+                if (other == NONE || face[other] != NONE || !belongs(other)) continue;
                 face[other] = seed;
                 flood.push_back(other);
             }

@@ -87,8 +87,7 @@ bool lieInPlane(const std::vector<Vec3>& points, const Vec3& normal, const Vec3&
 
 } // namespace
 
-Loops closeLoopsOfFaces(Surface& surface, const std::vector<Vec3>& origins, double distance,
-                        const MayBePiece& mayBePiece) {
+Loops closeLoopsOfFaces(Surface& surface, double distance, const MayBePiece& mayBePiece) {
     Loops closed;
     const std::vector<Loop> loops = findLoops(surface);
     if (loops.empty()) return closed;
@@ -114,7 +113,7 @@ Loops closeLoopsOfFaces(Surface& surface, const std::vector<Vec3>& origins, doub
         }
         const double twiceArea = squareRoot(squaredLength(sum));
         for (const std::uint32_t face : facesAround(surface, around, loop)) {
-            if (!lieInPlane(points, surface.faces[face].normal, origins[face], distance) ||
+            if (!lieInPlane(points, surface.faces[face].normal, surface.faces[face].origin, distance) ||
                 !mayBePiece(face, points, twiceArea / length)) {
                 continue;
             }

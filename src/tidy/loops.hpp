@@ -18,9 +18,8 @@ struct Loops {
 /// the face. Only where `mayBePiece(face, points, width)` says that what these points surround, so wide on average, can
 /// be a piece of that face: a hole that is meant to be one stays.
 ///
-/// `origins` are points in the planes of the faces; `distance` is how far from the plane a point of the loop may be.
+/// `distance` is how far from the plane a point of the loop may be.
 using MayBePiece = std::function<bool(std::uint32_t face, const std::vector<Vec3>& points, double width)>;
-Loops closeLoopsOfFaces(Surface& surface, const std::vector<Vec3>& origins, double distance,
-                        const MayBePiece& mayBePiece);
+Loops closeLoopsOfFaces(Surface& surface, double distance, const MayBePiece& mayBePiece);
 
 } // namespace orva::tidy

@@ -56,6 +56,16 @@ void OpenEdges::takeOutOf(const Surface& surface, std::uint32_t point, std::vect
     }
 }
 
+std::uint32_t OpenEdges::onlyInto(std::uint32_t point) const {
+    const std::uint32_t edge = firstIn[point];
+    return edge == NONE || nextIn[edge] == NONE ? edge : SEVERAL;
+}
+
+std::uint32_t OpenEdges::onlyOutOf(std::uint32_t point) const {
+    const std::uint32_t edge = firstOut[point];
+    return edge == NONE || nextOut[edge] == NONE ? edge : SEVERAL;
+}
+
 void OpenEdges::addInto(const Surface& surface, std::uint32_t edge) {
     if (nextIn.size() < surface.edges.size()) nextIn.resize(surface.edges.size());
     nextIn[edge] = std::exchange(firstIn[surface.edges[edge].to], edge);
@@ -111,6 +121,7 @@ void Matcher::matchByAngle(Surface& surface) {
 
 // Edges between the same two points.
 void Matcher::matchGroup(Surface& surface, const Entry* first, const Entry* end) {
+    if (end - first < 2) return;
     if (end - first == 2) {
         const std::uint32_t a = first->edge;
         const std::uint32_t b = first[1].edge;
@@ -151,6 +162,7 @@ void Matcher::matchOpposite(Surface& surface) {
     };
     Entry* const all = entries.data();
     for (std::size_t low = 0, begin = 0; low + 1 < last.size(); begin = last[low++]) {
+        if (last[low] - begin < 2) continue;
         std::sort(all + begin, all + last[low], isBefore);
         for (std::size_t first = begin, end = begin; first < last[low]; first = end) {
             while (end < last[low] && all[end].high == all[first].high) ++end;

@@ -19,6 +19,11 @@ public:
     void takeInto(const Surface& surface, std::uint32_t point, std::vector<std::uint32_t>& list);
     void takeOutOf(const Surface& surface, std::uint32_t point, std::vector<std::uint32_t>& list);
 
+    /// The one edge on the list of a point, which may have got a match; NONE where the list is empty, SEVERAL where it
+    /// is longer.
+    std::uint32_t onlyInto(std::uint32_t point) const;
+    std::uint32_t onlyOutOf(std::uint32_t point) const;
+
     /// Puts an edge, which is on no such list, on the list of the point at its end, or at its beginning.
     void addInto(const Surface& surface, std::uint32_t edge);
     void addOutOf(const Surface& surface, std::uint32_t edge);

@@ -5,10 +5,10 @@
 #include "tidy/straighten.hpp"
 #include "tidy/zip.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <utility>
-#include <xmmintrin.h>
 
 namespace orva::tidy {
 
@@ -19,6 +19,7 @@ public:
     Outliner(Surface& intoSurface, const types::Mesh<double>& ofSoup, double atRadius)
         : surface(intoSurface), soup(ofSoup), radius(atRadius) {
         all.clear(surface.faces.size());
+        surface.edges.reserve(3 * surface.faces.size());
     }
 
     void add(std::uint32_t face);
@@ -29,10 +30,11 @@ private:
     const types::Vertex* pieceOf(const Face& face, std::size_t i) const {
         return &soup.vertices[3 * std::size_t{surface.order[face.first + i]}];
     }
-    void prefetch(std::size_t place) const;
     void measure(Face& face) const;
     bool addPieces(const Face& face);
     std::uint32_t countBorder();
+    void findEnds();
+    bool mayFold() const;
     void straightenAll();
     void take(std::uint32_t face);
 
@@ -51,22 +53,14 @@ private:
     std::vector<std::uint32_t> global; ///< by local point
 };
 
-constexpr std::uint32_t SEVERAL = NONE - 1;
-
 // Pieces that are asked for while so many others are worked on.
 constexpr std::size_t AHEAD = 24;
-
-// note: pieces of a face lie anywhere in the soup, and waiting for them was a third of the time spent here.
-void Outliner::prefetch(std::size_t place) const {
-    if (place + AHEAD >= surface.order.size()) return;
-    const types::Vertex* piece = &soup.vertices[3 * std::size_t{surface.order[place + AHEAD]}];
-    for (std::size_t k = 0; k < 3; ++k) _mm_prefetch(reinterpret_cast<const char*>(piece + k), _MM_HINT_T0);
-}
 
 void Outliner::measure(Face& face) const {
     double most = -1.0;
     for (std::size_t i = 0; i < face.count; ++i) {
-        prefetch(face.first + i);
+        const std::size_t ahead = face.first + i + AHEAD;
+        if (ahead < surface.order.size()) prefetch(&soup.vertices[3 * std::size_t{surface.order[ahead]}]);
         const types::Vertex* piece = pieceOf(face, i);
         const Vec3 normal = cross(piece[1].pos - piece[0].pos, piece[2].pos - piece[0].pos);
         const double square = squaredLength(normal);
@@ -74,6 +68,7 @@ void Outliner::measure(Face& face) const {
         if (!(square > most)) continue;
         most = square;
         face.normal = normal;
+        face.origin = piece[0].pos;
         face.largest = surface.order[face.first + i];
     }
 }
@@ -114,7 +109,8 @@ std::uint32_t Outliner::countBorder() {
     return reached == local.points.size() ? count : 0;
 }
 
-void Outliner::straightenAll() {
+// The open edge into each point, and out of it.
+void Outliner::findEnds() {
     in.assign(local.points.size(), NONE);
     out.assign(local.points.size(), NONE);
     for (std::size_t i = 0; i < local.edges.size(); ++i) {
@@ -123,6 +119,25 @@ void Outliner::straightenAll() {
         in[edge.to] = in[edge.to] == NONE ? static_cast<std::uint32_t>(i) : SEVERAL;
         out[edge.from] = out[edge.from] == NONE ? static_cast<std::uint32_t>(i) : SEVERAL;
     }
+}
+
+// Whether anywhere two edges can fold back on one another: of most faces none can, and there is nothing to zip.
+bool Outliner::mayFold() const {
+    for (std::size_t p = 0; p < local.points.size(); ++p) {
+        if (in[p] == NONE || out[p] == NONE) continue;
+        if (in[p] == SEVERAL || out[p] == SEVERAL) return true;
+        const Vec3 before = local.points[local.edges[in[p]].from] - local.points[p];
+        const Vec3 behind = local.points[local.edges[out[p]].to] - local.points[p];
+        const double length = std::max(squaredLength(before), squaredLength(behind));
+        // Twice what folding asks for, so that rounding decides nothing here.
+        if (dot(before, behind) > 0.0 && !(squaredLength(cross(before, behind)) > 2.0 * radius * radius * length)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void Outliner::straightenAll() {
     next.assign(local.edges.size(), NONE);
     bool any = false;
     for (std::size_t p = 0; p < local.points.size(); ++p) {
@@ -158,7 +173,11 @@ void Outliner::add(std::uint32_t number) {
         matcher.matchOpposite(local);
         face.border = countBorder();
         face.isSound = face.isSound && face.border > 0;
-        zipper.zip(local, radius);
+        findEnds();
+        if (mayFold()) {
+            zipper.zip(local, radius);
+            findEnds();
+        }
         straightenAll();
     }
     take(number);

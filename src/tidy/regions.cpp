@@ -34,7 +34,7 @@ std::vector<std::uint32_t> mergeCoplanar(const Surface& surface, const std::vect
         const std::uint32_t seed = sized.face;
         if (region[seed] != NONE) continue;
         const Vec3& normal = surface.faces[seed].normal;
-        const Vec3& origin = facts[seed].origin;
+        const Vec3& origin = surface.faces[seed].origin;
         const double reach = distance * squareRoot(squaredLength(normal));
         const auto liesInPlane = [&](std::uint32_t face) {
             for (std::size_t i = borders.first[face]; i < borders.first[face + 1]; ++i) {

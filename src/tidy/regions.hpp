@@ -9,7 +9,6 @@ namespace orva::tidy {
 /// What regions need to know of a face beyond its edges.
 struct FaceFacts {
     std::uint32_t mesh;           ///< which mesh it comes from
-    Vec3 origin;                  ///< a point of its plane
     const types::Vertex* carrier; ///< a triangle that carries what it carries
     bool isCut;                   ///< whether it is less than a face of the input
 };

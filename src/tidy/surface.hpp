@@ -13,6 +13,7 @@
 namespace orva::tidy {
 
 inline constexpr std::uint32_t NONE = 0xFFFFFFFF;
+inline constexpr std::uint32_t SEVERAL = NONE - 1; ///< where one was asked for
 
 struct Edge {
     std::uint32_t from = NONE;   ///< a point; NONE for an edge that is gone
@@ -29,6 +30,7 @@ struct Face {
     std::uint32_t count = 0;   ///< how many triangles of the soup
     std::uint32_t largest = 0; ///< the piece with the largest area
     Vec3 normal;               ///< of the largest piece, as long as twice its area
+    Vec3 origin;               ///< a corner of the largest piece
     double area = 0.0;         ///< twice that of all pieces
     std::uint32_t border = 0;  ///< how many sides of its pieces have no opposite one among them
     bool isSound = false;      ///< whether all pieces have area and face the same way, and no corner lies inside

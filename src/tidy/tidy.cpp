@@ -143,8 +143,8 @@ void Tidier::measureFaces() {
         std::size_t lastEdge = firstEdge;
         while (lastEdge < surface.edges.size() && surface.edges[lastEdge].face == i) ++lastEdge;
         const std::size_t largest = surface.faces[i].largest;
-        facts.push_back({origins.empty() ? NONE : origins[largest].mesh, soup.vertices[3 * largest].pos, carrierOf(i),
-                         !isUncut(i, firstEdge, lastEdge)});
+        facts.push_back(
+            {origins.empty() ? NONE : origins[largest].mesh, carrierOf(i), !isUncut(i, firstEdge, lastEdge)});
         firstEdge = lastEdge;
     }
 }
@@ -180,13 +180,10 @@ bool Tidier::mayBePiece(std::uint32_t face, const std::vector<Vec3>& points, dou
 }
 
 void Tidier::closeLoops(double distance) {
-    std::vector<Vec3> inPlane;
-    inPlane.reserve(facts.size());
-    for (const FaceFacts& face : facts) inPlane.push_back(face.origin);
-    const Loops loops = closeLoopsOfFaces(surface, inPlane, distance,
-                                          [&](std::uint32_t face, const std::vector<Vec3>& points, double width) {
-                                              return mayBePiece(face, points, width, distance);
-                                          });
+    const Loops loops =
+        closeLoopsOfFaces(surface, distance, [&](std::uint32_t face, const std::vector<Vec3>& points, double width) {
+            return mayBePiece(face, points, width, distance);
+        });
     report.loopsRemoved += loops.count;
     report.loopArea += loops.area;
 }
@@ -356,6 +353,7 @@ void Tidier::run(Solid& output) {
     mergeFaces();
     report.movedByDrop = simplifyChains(surface, region, isCut, tolerance);
     Triangles triangles = triangulate(surface, region, soup);
+    surface.edges = {}; // not needed any more, and what comes now takes the most memory
     cancelMirrored(triangles);
     std::vector<std::uint32_t> vertex;
     splitUmbrellas(triangles, surface, vertex);

@@ -54,6 +54,17 @@ void Zipper::visit(std::uint32_t point) {
 }
 
 void Zipper::zipAt(Surface& surface, std::uint32_t point) {
+    // Nearly always there is one edge on each side, and nothing to be done.
+    const std::uint32_t onlyIn = open.onlyInto(point);
+    const std::uint32_t onlyOut = open.onlyOutOf(point);
+    if (onlyIn == NONE || onlyOut == NONE) return;
+    if (onlyIn != SEVERAL && onlyOut != SEVERAL) {
+        if (surface.edges[onlyIn].twin != NONE || surface.edges[onlyOut].twin != NONE) return;
+        folds.clear();
+        tryFold(surface, onlyIn, onlyOut);
+        if (folds.empty()) return;
+    }
+
     open.takeInto(surface, point, ins);
     open.takeOutOf(surface, point, outs);
     folds.clear();
