@@ -21,9 +21,7 @@
 /// Laws:
 ///  - The same input gives the same bits: on every platform, with any number of threads, at any time.
 ///  - Tidying what is closed and tidied, with the same options and its origins, changes nothing; but where a vertex had
-///  to
-///    be put into an edge that four faces share, or things lie about a tolerance apart, it may divide anew what is
-///    there.
+///    to be put into an edge that four faces share, or things lie about a tolerance apart, faces may be divided anew.
 ///  - No vertex is farther from the surface it came from than report.movedByWeld + report.movedByZip +
 ///    report.movedByDrop, and each of the three is about the tolerance at most (the gap width where gaps are closed).
 ///    The volume is kept accordingly.
@@ -104,7 +102,8 @@ struct Options {
     bool scale = true;
 };
 
-/// What was found and done. Lengths and areas in the unit of the coordinates.
+/// What was found and done, on the way from step to step of an operation as well. Lengths and areas in the unit of the
+/// coordinates.
 struct Report {
     bool closed = false;         ///< closed and edge-manifold by index; true for a solid without faces
     std::uint64_t openEdges = 0; ///< edges of faces without a match

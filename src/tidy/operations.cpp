@@ -67,10 +67,25 @@ std::vector<Origin> originsOf(const Mesh& soup) {
 
 // ---- A running result ----
 
+// What moves on the way adds to what moves in the end.
+void addTo(Report& report, const Report& onTheWay) {
+    report.loopsRemoved += onTheWay.loopsRemoved;
+    report.loopArea += onTheWay.loopArea;
+    report.movedByWeld += onTheWay.movedByWeld;
+    report.movedByZip += onTheWay.movedByZip;
+    report.movedByDrop += onTheWay.movedByDrop;
+    report.forcedEars += onTheWay.forcedEars;
+}
+
+struct Tidied {
+    Mesh soup;
+    Report report;
+};
+
 // The soup tidied, and marked again: in the same unit, and with its origins.
-Mesh tidiedSoup(const Mesh& soup, const Inputs& inputs, const Options& options) {
+Tidied tidiedSoup(const Mesh& soup, const Inputs& inputs, const Options& options) {
     Solid solid;
-    tidyPieces(solid, soup, originsOf(soup), &inputs, options);
+    const Report report = tidyPieces(solid, soup, originsOf(soup), &inputs, options);
     Mesh tidied;
     tidied.vertices.reserve(3 * solid.faces.size());
     for (std::size_t i = 0; i < solid.faces.size(); ++i) {
@@ -82,7 +97,7 @@ Mesh tidiedSoup(const Mesh& soup, const Inputs& inputs, const Options& options) 
                                        {static_cast<double>(origin.mesh), static_cast<double>(origin.face)}});
         }
     }
-    return tidied;
+    return {std::move(tidied), report};
 }
 
 bool isShorter(const Mesh& tidied, const Mesh& soup) {
@@ -90,7 +105,7 @@ bool isShorter(const Mesh& tidied, const Mesh& soup) {
 }
 
 // ((first . second) . third) . ..., tidied whenever the soup has grown so much that it may help.
-Mesh combineInTurn(const Meshes& meshes, const Inputs& inputs, const Options& options,
+Mesh combineInTurn(const Meshes& meshes, const Inputs& inputs, const Options& options, Report& onTheWay,
                    void (*operation)(Mesh& output, const Mesh& a, const Mesh& b)) {
     Mesh running = meshes.front();
     std::size_t expected = running.vertices.size();
@@ -100,8 +115,11 @@ Mesh combineInTurn(const Meshes& meshes, const Inputs& inputs, const Options& op
         running = std::move(result);
         expected += meshes[i].vertices.size();
         if (i + 1 == meshes.size() || running.vertices.size() < SHORTER * expected) continue;
-        Mesh tidied = tidiedSoup(running, inputs, options);
-        if (isShorter(tidied, running)) running = std::move(tidied);
+        Tidied tidied = tidiedSoup(running, inputs, options);
+        if (isShorter(tidied.soup, running)) {
+            running = std::move(tidied.soup);
+            addTo(onTheWay, tidied.report);
+        }
         expected = running.vertices.size();
     }
     return running;
@@ -109,7 +127,7 @@ Mesh combineInTurn(const Meshes& meshes, const Inputs& inputs, const Options& op
 
 // ((first - second) - third) - ..., a few cutters at a time where tidying in between helps, else more and more of them:
 // within one call the operation keeps whole polygons from cutter to cutter.
-Mesh subtractInTurn(const Meshes& meshes, const Inputs& inputs, const Options& options) {
+Mesh subtractInTurn(const Meshes& meshes, const Inputs& inputs, const Options& options, Report& onTheWay) {
     Mesh running = meshes.front();
     std::size_t first = 1;
     std::size_t count = 1;
@@ -120,9 +138,10 @@ Mesh subtractInTurn(const Meshes& meshes, const Inputs& inputs, const Options& o
         Mesh result;
         bspcsg::subtractMultiMesh(result, running, cutters);
         if (last == meshes.size()) return result;
-        Mesh tidied = tidiedSoup(result, inputs, options);
-        if (isShorter(tidied, result)) {
-            running = std::move(tidied);
+        Tidied tidied = tidiedSoup(result, inputs, options);
+        if (isShorter(tidied.soup, result)) {
+            running = std::move(tidied.soup);
+            addTo(onTheWay, tidied.report);
             first = last;
         } else {
             count *= MORE_CUTTERS; // the same again, with those behind
@@ -157,7 +176,7 @@ bool isBetter(const Report& a, const Report& b) {
     return a.openEdges != b.openEdges ? a.openEdges < b.openEdges : a.largestGap < b.largestGap;
 }
 
-using Combine = std::function<Mesh(const Meshes& marked, const Inputs& inputs)>;
+using Combine = std::function<Mesh(const Meshes& marked, const Inputs& inputs, Report& onTheWay)>;
 
 Report operate(Solid& output, const std::vector<const Mesh*>& meshes, std::size_t firstFlipped, const Options& options,
                const Combine& combine) {
@@ -176,9 +195,11 @@ Report operate(Solid& output, const std::vector<const Mesh*>& meshes, std::size_
         const Inputs inputs{meshes, firstFlipped, scale};
         Meshes all;
         for (std::size_t i = 0; i < meshes.size(); ++i) all.push_back(marked(*meshes[i], i, scale));
-        const Mesh soup = combine(all, inputs);
+        Report onTheWay;
+        const Mesh soup = combine(all, inputs, onTheWay);
         Solid solid;
-        const Report tried = tidyPieces(solid, soup, originsOf(soup), &inputs, options);
+        Report tried = tidyPieces(solid, soup, originsOf(soup), &inputs, options);
+        addTo(tried, onTheWay);
         if (scale != scales.front() && !isBetter(tried, report)) continue;
         best = std::move(solid);
         report = tried;
@@ -196,9 +217,10 @@ std::vector<const Mesh*> pointersTo(const Meshes& meshes) {
 
 Report fold(Solid& output, const Meshes& meshes, const Options& options,
             void (*operation)(Mesh& output, const Mesh& a, const Mesh& b)) {
-    return operate(output, pointersTo(meshes), meshes.size(), options, [&](const Meshes& all, const Inputs& inputs) {
-        return all.empty() ? Mesh{} : combineInTurn(all, inputs, options, operation);
-    });
+    return operate(output, pointersTo(meshes), meshes.size(), options,
+                   [&](const Meshes& all, const Inputs& inputs, Report& onTheWay) {
+                       return all.empty() ? Mesh{} : combineInTurn(all, inputs, options, onTheWay, operation);
+                   });
 }
 
 Meshes soupsOf(const std::vector<Solid>& solids) {
@@ -233,8 +255,8 @@ Report intersectSolid(Solid& output, const Meshes& meshes, const Options& option
 Report subtractSolid(Solid& output, const Mesh& base, const Meshes& cutters, Cutting cutting, const Options& options) {
     std::vector<const Mesh*> meshes = pointersTo(cutters);
     meshes.insert(meshes.begin(), &base);
-    return operate(output, meshes, 1, options, [&](const Meshes& all, const Inputs& inputs) {
-        if (cutting == Cutting::InTurn || cutters.empty()) return subtractInTurn(all, inputs, options);
+    return operate(output, meshes, 1, options, [&](const Meshes& all, const Inputs& inputs, Report& onTheWay) {
+        if (cutting == Cutting::InTurn || cutters.empty()) return subtractInTurn(all, inputs, options, onTheWay);
         const Meshes others(all.begin() + 1, all.end());
         const bool parallel = cutting == Cutting::AsOneUnionParallel;
         Mesh result;
