@@ -40,6 +40,16 @@ void* operator new(std::size_t bytes) {
 void* operator new[](std::size_t bytes) {
     return take(bytes);
 }
+void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept { // std::stable_sort asks so
+    try {
+        return take(bytes);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+    release(memory);
+}
 void operator delete(void* memory) noexcept {
     release(memory);
 }
