@@ -328,7 +328,7 @@ namespace Orva
             {
                 case OutOfMemory: throw new OutOfMemoryException();
                 case TooLarge: throw new OverflowException("more than 2^31 - 1 vertices or faces");
-                case BadArgument: throw new ArgumentException("a face names a vertex that is not there, or an option is none");
+                case BadArgument: throw new ArgumentException("a face names a vertex that is not there, or an option is not valid");
                 default: throw new InvalidOperationException("the task scheduler failed");
             }
         }

@@ -39,7 +39,7 @@ enum {
     ORVA_TIDY_OUT_OF_MEMORY = 2, /**< nothing was made */
     ORVA_TIDY_TOO_LARGE = 3,     /**< more than 2^31 - 1 vertices, faces or corners; nothing was made */
     /** A null pointer where there should be a record or an array, a negative count, an index out of range, an option
-     * that is none; a tolerance or gap width that is negative or not finite. Nothing was made. */
+     * that is not valid; a tolerance or gap width that is negative or not finite. Nothing was made. */
     ORVA_TIDY_BAD_ARGUMENT = 4,
     ORVA_TIDY_FAILED = 5 /**< the task scheduler failed in some other way; nothing was made */
 };

@@ -152,7 +152,7 @@ Mesh subtractInTurn(const Meshes& meshes, const Inputs& inputs, const Options& o
 
 // ---- Units ----
 
-// The exponent of the power of two next above the longest side; no number where there is none.
+// The exponent of the power of two next above the longest side. False where the meshes have no finite size.
 bool sizeOf(const std::vector<const Mesh*>& meshes, int& exponent) {
     constexpr double inf = std::numeric_limits<double>::infinity();
     std::array<double, 3> low{inf, inf, inf};

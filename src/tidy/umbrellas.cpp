@@ -9,7 +9,7 @@ namespace {
 
 // ---- Mirrored triangles ----
 
-// The corner across the side of the other triangle's; NONE where there is none.
+// Whether the triangle across the side behind the corner has the same three points.
 bool areMirrored(const Corners& corners, std::uint32_t corner) {
     const std::uint32_t other = corners.twin[corner];
     return other != NONE && other / 3 != corner / 3 &&

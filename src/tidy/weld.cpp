@@ -20,7 +20,7 @@ public:
     Grid(const std::vector<Vec3>& ofPoints, double weldRadius, std::size_t expected)
         : points(ofPoints), radius(weldRadius), cell(CELL * weldRadius), heads(std::bit_ceil(2 * expected + 8), NONE) {}
 
-    /// The first leader within the radius; if there is none the point itself, which then leads.
+    /// The first leader within the radius. A point without one becomes a leader itself.
     std::uint32_t leaderOf(std::uint32_t number) {
         const Vec3& p = points[number];
         std::uint32_t best = NONE;

@@ -44,7 +44,7 @@ taken: floats, integers up to 2**53, lists of them, in any byte order and memory
 ``TypeError``             values that are no real numbers (complex, bool, object, masked), faces that are no integers
 ``ValueError``            another shape than above, a number that double precision does not hold (an integer beyond 2**53,
                           say), a face that names a vertex that is not there, more than 2**31 - 1 corners in one mesh, an
-                          option that is none, or one for tidying where nothing is tidied
+                          option that is not valid, or one for tidying where nothing is tidied
 ``MemoryError``           memory ran out
 ``OverflowError``         a list outgrew what the library can count: 2**31 corners of a result, for instance
 ``RuntimeError``          anything else that the library or its task scheduler throws
@@ -104,7 +104,8 @@ def _call(
     """`name` is that of the base; `others` are meshes with theirs."""
     first, form = _meshes.read(base, name)
     rest = [_meshes.read(mesh, of)[0] for mesh, of in others]
-    if form.indexed if tidy is None else tidy:
+    wants_tidy = form.indexed if tidy is None else tidy
+    if wants_tidy:
         return _tidy.call(operation, [first, *rest], _form(form, welded), options)
     options.refuse()
     return _meshes.write(_native.call(operation, first, rest), _form(form, welded))

@@ -34,7 +34,7 @@ using Signs = std::array<int, 3>;
 
 // ---- in one plane ----
 
-// That in which the triangle is largest. There is none for a triangle without area.
+// That in which the triangle is largest. A triangle without area does not have one.
 bool findProjection(Triangle& t) {
     const Vec3 normal = cross(t.corners[1] - t.corners[0], t.corners[2] - t.corners[0]);
     std::array<std::pair<double, Projection>, 3> choices{{{std::abs(normal.x), {&Vec3::y, &Vec3::z}},
