@@ -32,9 +32,8 @@ class Tree {
 public:
     explicit Tree(const std::vector<Segment>& ofSegments) : segments(ofSegments) {
         for (std::size_t i = 0; i < segments.size(); ++i) items.push_back(static_cast<std::uint32_t>(i));
-        std::vector<Node> waiting{{{}, 0, items.size(), 0}};
         // Children stand behind their parents, the two one behind the other.
-        nodes = waiting;
+        nodes.push_back({{}, 0, items.size(), 0});
         for (std::size_t at = 0; at < nodes.size(); ++at) divide(at);
     }
 
